@@ -1,0 +1,17 @@
+#include "framework/errors.h"
+
+namespace korvel {
+
+std::string ErrorText(std::int32_t number) {
+  switch (number) {
+    case kErrOverflow: return "Overflow";
+    case kErrDivisionByZero: return "Division by zero";
+    case kErrTypeMismatch: return "Type mismatch";
+    case kErrInvalidPropertyValue: return "Invalid property value";
+    default: return "Application-defined or object-defined error";
+  }
+}
+
+RuntimeError::RuntimeError(std::int32_t number) : RuntimeError(number, ErrorText(number)) {}
+
+}  // namespace korvel
