@@ -4,6 +4,7 @@
 //   korvel_gallery <output folder>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <functional>
@@ -14,70 +15,64 @@
 #include "framework/surface.h"
 #include "platform/headless/headless_platform.h"
 #include "platform/headless/png_writer.h"
+#include "tools/gallery.h"
 
 using namespace korvel;
 using namespace korvel::headless;
 
+
+namespace korvel::gallery {
+
 namespace {
+Image Zoom(const Image& img, int z) {
+  Image out(img.width * z, img.height * z);
+  for (int y = 0; y < out.height; ++y)
+    for (int x = 0; x < out.width; ++x) out.At(x, y) = img.At(x / z, y / z);
+  return out;
+}
 
-struct Entry {
+std::vector<std::pair<int, Renderer>>& Registry() {
+  static std::vector<std::pair<int, Renderer>> r;
+  return r;
+}
+}  // namespace
+
+Register::Register(int order, Renderer renderer) { Registry().emplace_back(order, std::move(renderer)); }
+
+void Gallery::Add(const std::string& section, const std::string& name, const std::string& caption, const Image& img,
+                  int zoom) {
+  Image out = zoom == 1 ? img : Zoom(img, zoom);
+  std::string file = name + ".png";
+  if (!WritePng(out, dir_ + "/" + file)) {
+    std::fprintf(stderr, "gallery: cannot write %s/%s\n", dir_.c_str(), file.c_str());
+    failed_ = true;
+  }
+  entries_.push_back(Entry{section, file, caption});
+}
+
+bool Gallery::WriteIndex() {
+  std::ofstream html(dir_ + "/index.html");
+  html << "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>KorvelUI99 gallery</title>\n"
+          "<style>body{font-family:sans-serif;background:#f4f4f4;margin:24px}"
+          "h1{font-size:22px}h2{font-size:17px;margin-top:28px;border-bottom:1px solid #ccc}"
+          "figure{display:inline-block;margin:8px 16px 8px 0;vertical-align:top;background:#fff;"
+          "padding:8px;border:1px solid #ddd}figcaption{font-size:13px;margin-top:6px;max-width:420px}"
+          "img{image-rendering:pixelated}</style></head><body>\n"
+          "<h1>KorvelUI99 gallery</h1>\n<p>Every picture is drawn by the library's own code on its headless "
+          "backend (classic system colours; text through FreeType). Pictures are shown enlarged, whole "
+          "pixels kept.</p>\n";
   std::string section;
-  std::string file;
-  std::string caption;
-};
-
-class Gallery {
- public:
-  explicit Gallery(std::string dir) : dir_(std::move(dir)) {}
-
-  void Add(const std::string& section, const std::string& name, const std::string& caption, const Image& img,
-           int zoom = 1) {
-    Image out = zoom == 1 ? img : Zoom(img, zoom);
-    std::string file = name + ".png";
-    if (!WritePng(out, dir_ + "/" + file)) {
-      std::fprintf(stderr, "gallery: cannot write %s/%s\n", dir_.c_str(), file.c_str());
-      failed_ = true;
+  for (const auto& e : entries_) {
+    if (e.section != section) {
+      section = e.section;
+      html << "<h2>" << section << "</h2>\n";
     }
-    entries_.push_back(Entry{section, file, caption});
+    html << "<figure><img src=\"" << e.file << "\" alt=\"" << e.caption << "\"><figcaption>" << e.caption
+         << "</figcaption></figure>\n";
   }
-
-  bool WriteIndex() {
-    std::ofstream html(dir_ + "/index.html");
-    html << "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>KorvelUI99 gallery</title>\n"
-            "<style>body{font-family:sans-serif;background:#f4f4f4;margin:24px}"
-            "h1{font-size:22px}h2{font-size:17px;margin-top:28px;border-bottom:1px solid #ccc}"
-            "figure{display:inline-block;margin:8px 16px 8px 0;vertical-align:top;background:#fff;"
-            "padding:8px;border:1px solid #ddd}figcaption{font-size:13px;margin-top:6px;max-width:420px}"
-            "img{image-rendering:pixelated}</style></head><body>\n"
-            "<h1>KorvelUI99 gallery</h1>\n<p>Every picture is drawn by the library's own code on its headless "
-            "backend (classic system colours; text through FreeType).</p>\n";
-    std::string section;
-    for (const auto& e : entries_) {
-      if (e.section != section) {
-        section = e.section;
-        html << "<h2>" << section << "</h2>\n";
-      }
-      html << "<figure><img src=\"" << e.file << "\" alt=\"" << e.caption << "\"><figcaption>" << e.caption
-           << "</figcaption></figure>\n";
-    }
-    html << "</body></html>\n";
-    return html.good() && !failed_;
-  }
-
-  std::size_t Count() const { return entries_.size(); }
-
- private:
-  static Image Zoom(const Image& img, int z) {
-    Image out(img.width * z, img.height * z);
-    for (int y = 0; y < out.height; ++y)
-      for (int x = 0; x < out.width; ++x) out.At(x, y) = img.At(x / z, y / z);
-    return out;
-  }
-
-  std::string dir_;
-  std::vector<Entry> entries_;
-  bool failed_ = false;
-};
+  html << "</body></html>\n";
+  return html.good() && !failed_;
+}
 
 // An image strip of four 16 x 16 images on a magenta background.
 Image DemoStrip() {
@@ -109,6 +104,7 @@ Image DemoStrip() {
   return img;
 }
 
+namespace {
 void RenderFoundation(HeadlessPlatform& p, Gallery& g) {
   // Edges: each edge type as DrawEdgeRect draws it, filled.
   {
@@ -145,12 +141,22 @@ void RenderFoundation(HeadlessPlatform& p, Gallery& g) {
 
 }  // namespace
 
+const Register kFoundation(0, RenderFoundation);
+
+void RenderAll(HeadlessPlatform& p, Gallery& g) {
+  auto r = Registry();
+  std::stable_sort(r.begin(), r.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (auto& [order, render] : r) render(p, g);
+}
+
+}  // namespace korvel::gallery
+
 int main(int argc, char** argv) {
   std::string dir = argc > 1 ? argv[1] : "gallery";
   mkdir(dir.c_str(), 0755);
-  HeadlessPlatform platform(/*freetype=*/true);
-  Gallery gallery(dir);
-  RenderFoundation(platform, gallery);
+  korvel::headless::HeadlessPlatform platform(/*freetype=*/true);
+  korvel::gallery::Gallery gallery(dir);
+  korvel::gallery::RenderAll(platform, gallery);
   if (!gallery.WriteIndex()) return 1;
   std::printf("gallery: %zu pictures in %s/index.html\n", gallery.Count(), dir.c_str());
   return 0;
