@@ -1,5 +1,7 @@
 #include "platform/headless/headless_platform.h"
 
+#include "platform/headless/recording_gdi.h"
+
 #include <signal.h>
 #include <spawn.h>
 #include <sys/stat.h>
@@ -320,6 +322,13 @@ HeadlessPlatform::HeadlessPlatform(bool freetype)
 }
 
 HeadlessPlatform::~HeadlessPlatform() = default;
+
+Gdi& HeadlessPlatform::gdi() { return record_gdi_ ? *recorder_ : static_cast<Gdi&>(gdi_); }
+
+void HeadlessPlatform::RecordGdiCalls(bool on) {
+  if (!recorder_) recorder_ = std::make_unique<RecordingGdi>(gdi_, log_);
+  record_gdi_ = on;
+}
 
 std::unique_ptr<SurfaceSite> HeadlessPlatform::CreateSurfaceSite(Hwnd parent, int width, int height) {
   return std::make_unique<HeadlessSurfaceSite>(*this, parent, width, height);

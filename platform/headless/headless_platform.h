@@ -148,7 +148,8 @@ class HeadlessPlatform : public Platform {
   explicit HeadlessPlatform(bool freetype = false);
   ~HeadlessPlatform() override;
 
-  Gdi& gdi() override { return gdi_; }
+  // The GDI the controls see: the raster itself, or the recorder in front of it.
+  Gdi& gdi() override;
   User& user() override { return user_; }
   Shell& shell() override { return shell_; }
   Kernel& kernel() override { return kernel_; }
@@ -164,6 +165,8 @@ class HeadlessPlatform : public Platform {
   HeadlessKernel& headless_kernel() { return kernel_; }
   HeadlessDialogs& headless_dialogs() { return dialogs_; }
   CallLog& log() { return log_; }
+  // From now on every drawing call is recorded in log() as well (tests of call order).
+  void RecordGdiCalls(bool on);
 
  private:
   CallLog log_;
@@ -172,6 +175,8 @@ class HeadlessPlatform : public Platform {
   HeadlessShell shell_;
   HeadlessKernel kernel_;
   HeadlessDialogs dialogs_;
+  std::unique_ptr<Gdi> recorder_;
+  bool record_gdi_ = false;
 };
 
 // A headless drawing surface: a 32-bit bitmap in a memory DC and a window record.
