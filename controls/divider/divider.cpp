@@ -1,0 +1,88 @@
+#include "controls/divider/divider.h"
+
+#include "framework/arith.h"
+#include "framework/errors.h"
+
+namespace korvel {
+
+namespace {
+constexpr OleColor kShadow = 0x80000010;     // COLOR_BTNSHADOW
+constexpr OleColor kHighlight = 0x80000014;  // COLOR_BTNHIGHLIGHT
+}  // namespace
+
+KorvelDivider::KorvelDivider(Host& host, Platform& platform) : Control(host, platform) {}
+
+void KorvelDivider::MeasureCaption() {
+  if (!caption_.empty()) {
+    text_width_ = CLng(UserControl().TextWidth(caption_));
+    text_height_ = CLng(UserControl().TextHeight(caption_));
+  } else {
+    text_width_ = 0;
+    text_height_ = 0;
+  }
+}
+
+void KorvelDivider::SetCaption(const std::string& caption) {
+  caption_ = caption;
+  IgnoreErrors([&] { MeasureCaption(); });
+  Paint();
+  host_.PropertyChanged("Caption");
+}
+
+void KorvelDivider::SetFont(FontRef font) {
+  UserControl().SetFont(std::move(font));
+  IgnoreErrors([&] { MeasureCaption(); });
+  Paint();
+  host_.PropertyChanged("Font");
+}
+
+void KorvelDivider::InitProperties() {
+  // Only the ambient font's name is taken over; size and style stay the surface's.
+  if (FontRef ambient = host_.AmbientFont()) UserControl().Font()->SetName(ambient->Name());
+}
+
+void KorvelDivider::ReadProperties(const PropertyBag& bag) {
+  IgnoreErrors([&] {
+    FontRef f = bag.ReadProperty("Font", Variant::Object(host_.AmbientFont())).ToFont();
+    UserControl().SetFont(f);
+  });
+  IgnoreErrors([&] { SetCaption(bag.ReadProperty("Caption", "").ToString()); });
+}
+
+void KorvelDivider::WriteProperties(PropertyBag& bag) {
+  bag.WriteProperty("Caption", Variant::String(caption_), Variant::String(""));
+  bag.WriteProperty("Font", Variant::Object(UserControl().Font()));
+}
+
+void KorvelDivider::Resize() {
+  IgnoreErrors([&] {
+    width_ = CLng(UserControl().ScaleWidth());
+    height_ = CLng(UserControl().ScaleHeight());
+  });
+  Paint();
+}
+
+void KorvelDivider::Paint() {
+  // A failure while drawing leaves the picture as far as it got.
+  IgnoreErrors([&] {
+    Surface& s = UserControl();
+    s.Cls();
+    if (width_ < height_) {
+      // Running down: shadow on the left of the middle, highlight on it.
+      std::int32_t x = IntDiv(width_, 2);
+      s.Line(static_cast<float>(x - 1), 0, static_cast<float>(x - 1), static_cast<float>(height_), kShadow);
+      s.Line(static_cast<float>(x), 0, static_cast<float>(x), static_cast<float>(height_), kHighlight);
+      return;
+    }
+    // Running across: the caption sits on the line, which runs directly under it.
+    std::int32_t top = IntDiv(height_ - text_height_, 2) - 1;
+    float y = static_cast<float>(top + text_height_);
+    s.Line(0, y, static_cast<float>(width_), y, kShadow);
+    s.Line(0, y + 1, static_cast<float>(width_), y + 1, kHighlight);
+    s.SetCurrentX(0);
+    s.SetCurrentY(static_cast<float>(top));
+    s.Print(caption_);
+  });
+}
+
+}  // namespace korvel
