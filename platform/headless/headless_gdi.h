@@ -89,6 +89,13 @@ class HeadlessGdi : public Gdi {
   // Converts a colour for a 1-bit target: the nearest of black and white.
   static ColorRef ToMonoNearest(ColorRef c);
 
+  // ---- text helpers for DrawTextA (headless_draw.cpp) ----
+  // Draws one run of text at (x, y) in the DC's font, colours and background mode,
+  // clipped to clip when it is given.
+  void DrawTextRun(Hdc dc, int x, int y, const std::string& run, const Rect* clip);
+  // The row of the font's underline below the top of a line (the font's ascent + 1).
+  int UnderlineRow(const LOGFONTA& lf);
+
  private:
   using Object = std::variant<BitmapObj, PenObj, BrushObj, FontObj>;
   Handle NewObject(Object obj);
