@@ -8,6 +8,18 @@ namespace korvel {
 namespace {
 constexpr OleColor kShadow = 0x80000010;     // COLOR_BTNSHADOW
 constexpr OleColor kHighlight = 0x80000014;  // COLOR_BTNHIGHLIGHT
+
+// The value of key name converted with convert; a value that cannot be converted
+// gives the default, as a missing key does.
+template <class F>
+auto ReadOr(const PropertyBag& bag, const std::string& name, const Variant& def, F convert) {
+  try {
+    return convert(bag.ReadProperty(name, def));
+  } catch (const RuntimeError&) {
+    return convert(def);
+  }
+}
+
 }  // namespace
 
 KorvelDivider::KorvelDivider(Host& host, Platform& platform) : Control(host, platform) {}
@@ -42,11 +54,14 @@ void KorvelDivider::InitProperties() {
 }
 
 void KorvelDivider::ReadProperties(const PropertyBag& bag) {
+  // A key that is missing or cannot be converted reads as its default.
   IgnoreErrors([&] {
-    FontRef f = bag.ReadProperty("Font", Variant::Object(host_.AmbientFont())).ToFont();
-    UserControl().SetFont(f);
+    UserControl().SetFont(
+        ReadOr(bag, "Font", Variant::Object(host_.AmbientFont()), [](const Variant& v) { return v.ToFont(); }));
   });
-  IgnoreErrors([&] { SetCaption(bag.ReadProperty("Caption", "").ToString()); });
+  IgnoreErrors([&] {
+    SetCaption(ReadOr(bag, "Caption", Variant::String(""), [](const Variant& v) { return v.ToString(); }));
+  });
 }
 
 void KorvelDivider::WriteProperties(PropertyBag& bag) {

@@ -21,6 +21,17 @@ std::int16_t Offset16(std::int32_t v) {
   return static_cast<std::int16_t>(std::clamp<std::int32_t>(v, INT16_MIN, INT16_MAX));
 }
 
+// The value of key name converted with convert; a value that cannot be converted
+// gives the default, as a missing key does.
+template <class F>
+auto ReadOr(const PropertyBag& bag, const std::string& name, const Variant& def, F convert) {
+  try {
+    return convert(bag.ReadProperty(name, def));
+  } catch (const RuntimeError&) {
+    return convert(def);
+  }
+}
+
 }  // namespace
 
 KorvelLink::KorvelLink(Host& host, Platform& platform) : Control(host, platform) {
@@ -92,14 +103,20 @@ void KorvelLink::InitProperties() {
 }
 
 void KorvelLink::ReadProperties(const PropertyBag& bag) {
-  IgnoreErrors([&] { font_ = bag.ReadProperty("Font", Variant::Object(host_.AmbientFont())).ToFont(); });
-  IgnoreErrors([&] { SetCaption(bag.ReadProperty("Caption", "").ToString()); });
-  IgnoreErrors([&] { SetURL(bag.ReadProperty("URL", "").ToString()); });
-  IgnoreErrors([&] { SetEnabled(bag.ReadProperty("Enabled", Variant::Bool(true)).ToBool()); });
+  // A key that is missing or cannot be converted reads as its default; reading
+  // always goes on with the next key.
+  auto text = [](const Variant& v) { return v.ToString(); };
+  auto color = [](const Variant& v) { return v.ToColor(); };
+  IgnoreErrors([&] {
+    font_ = ReadOr(bag, "Font", Variant::Object(host_.AmbientFont()), [](const Variant& v) { return v.ToFont(); });
+  });
+  IgnoreErrors([&] { SetCaption(ReadOr(bag, "Caption", Variant::String(""), text)); });
+  IgnoreErrors([&] { SetURL(ReadOr(bag, "URL", Variant::String(""), text)); });
+  IgnoreErrors([&] { SetEnabled(ReadOr(bag, "Enabled", Variant::Bool(true), [](const Variant& v) { return v.ToBool(); })); });
   // The saved default is blue, while a new link starts in the highlight colour.
-  IgnoreErrors([&] { SetForeColor(bag.ReadProperty("ForeColor", Variant::Color(kBlue)).ToColor()); });
-  IgnoreErrors([&] { SetBackColor(bag.ReadProperty("BackColor", Variant::Color(kButtonFace)).ToColor()); });
-  IgnoreErrors([&] { SetHoverColor(bag.ReadProperty("HoverColor", Variant::Color(kRed)).ToColor()); });
+  IgnoreErrors([&] { SetForeColor(ReadOr(bag, "ForeColor", Variant::Color(kBlue), color)); });
+  IgnoreErrors([&] { SetBackColor(ReadOr(bag, "BackColor", Variant::Color(kButtonFace), color)); });
+  IgnoreErrors([&] { SetHoverColor(ReadOr(bag, "HoverColor", Variant::Color(kRed), color)); });
 }
 
 void KorvelLink::WriteProperties(PropertyBag& bag) {
