@@ -129,7 +129,7 @@ struct Axis {
 Axis MapAxis(int dst_len, int src_len) {
   Axis a;
   int dy = std::abs(dst_len), dx = std::abs(src_len);
-  int dst_inc = dst_len < 0 ? -1 : 1, src_inc = src_len < 0 ? -1 : 1;
+  int dst_inc = dst_len < 0 ? -1 : 1, src_inc = src_len < 0 ? -1 : 1;  // mirrored axes step backwards
   if (dx > dy) {
     int err = 3 * dy - 2 * dx, d = 0;
     for (int s = 0; s < dx; ++s) {
@@ -141,7 +141,6 @@ Axis MapAxis(int dst_len, int src_len) {
         err += 2 * dy;
       }
     }
-    (void)src_inc;
   } else {
     a.stretch = true;
     int err = 3 * dx - 2 * dy, s = 0;
@@ -503,7 +502,6 @@ int HeadlessGdi::DrawTextA(Hdc dc, const std::string& text, Rect* rc, std::uint3
     // Collect one line: prefixes removed, stops at CR/LF unless single-line.
     std::vector<std::uint32_t> line;
     int prefix_offset = -1;
-    std::size_t start = pos;
     std::vector<std::size_t> src_index;  // source position of each line character
     while (pos < str.size() && ((str[pos] != '\r' && str[pos] != '\n') || (format & DT_SINGLELINE))) {
       std::size_t remaining = str.size() - pos;
@@ -558,10 +556,8 @@ int HeadlessGdi::DrawTextA(Hdc dc, const std::string& text, Rect* rc, std::uint3
         len = q;
       }
       // Continue after the characters used (mapped back to the source text).
-      pos = used < src_index.size() ? src_index[used] : pos;
-      if (used >= src_index.size()) {
-        // everything collected was used; pos already stands after it
-      }
+      // (when all of it was used, pos already stands after it)
+      if (used < src_index.size()) pos = src_index[used];
       line.resize(len);
       size = measure(line, len);
       line_fits = size.cx <= width;
@@ -595,7 +591,6 @@ int HeadlessGdi::DrawTextA(Hdc dc, const std::string& text, Rect* rc, std::uint3
       if (prefix_offset >= static_cast<int>(keep)) prefix_offset = -1;
       len = line.size();
     }
-    (void)start;
     // Step over the line end.
     if (!word_broken && pos < str.size() && (str[pos] == '\r' || str[pos] == '\n')) {
       ++pos;
