@@ -134,8 +134,18 @@ void RenderFoundation(HeadlessPlatform& p, Gallery& g) {
           target.Snapshot(), 4);
     Surface disabled(p, 0, 68, 17);
     DrawDisabledPicture(p, strip, disabled.hDC(), 0, 0, 64, 16);
-    g.Add("Shared drawing", "strip-disabled", "DrawDisabledPicture: the same strip in the disabled style",
+    g.Add("Shared drawing", "strip-disabled",
+          "DrawDisabledPicture: the same strip in the disabled style; every pixel that is not white counts "
+          "as image, so the magenta background is embossed too",
           disabled.Snapshot(), 4);
+    Image white = DemoStrip();
+    for (auto& px : white.pixels)
+      if (px == Rgb(255, 0, 255)) px = Rgb(255, 255, 255);
+    Surface disabled_white(p, 0, 68, 17);
+    DrawDisabledPicture(p, Picture::FromImage(white), disabled_white.hDC(), 0, 0, 64, 16);
+    g.Add("Shared drawing", "strip-disabled-white",
+          "DrawDisabledPicture of the strip on a white background: only the images are embossed",
+          disabled_white.Snapshot(), 4);
   }
 }
 
