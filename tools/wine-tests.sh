@@ -32,6 +32,9 @@ prepare_prefix() {  # $1 = prefix folder, $2 = win32|win64
     timeout 60 wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 || true
   fi
   wineserver -p >/dev/null 2>&1 || true
+  # Start Wine's own helper processes now, outside the test runner: started by the
+  # first test they would keep the runner's output pipes open until its timeout.
+  timeout 120 wineboot >/dev/null 2>&1 || true
 }
 
 status=0
