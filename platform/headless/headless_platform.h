@@ -167,6 +167,8 @@ class HeadlessPlatform : public Platform {
   CallLog& log() { return log_; }
   // From now on every drawing call is recorded in log() as well (tests of call order).
   void RecordGdiCalls(bool on);
+  // How often each surface window was asked to show its image (Refresh).
+  std::map<Hwnd, int> refreshes;
 
  private:
   CallLog log_;
@@ -193,11 +195,9 @@ class HeadlessSurfaceSite : public SurfaceSite {
   int Top() override { return top_; }
   void SetVisible(bool visible) override;
   bool Visible() override { return visible_; }
-  void Refresh() override { ++refreshes_; }
+  void Refresh() override { ++platform_.refreshes[wnd_]; }
   void SetToolTipText(const std::string& text) override { tool_tip_ = text; }
   void SetMousePointer(int pointer) override { pointer_ = pointer; }
-
-  int refreshes() const { return refreshes_; }
 
  private:
   HeadlessPlatform& platform_;
@@ -207,7 +207,6 @@ class HeadlessSurfaceSite : public SurfaceSite {
   Hwnd wnd_ = 0;
   int left_ = 0, top_ = 0, width_ = 0, height_ = 0;
   bool visible_ = true;
-  int refreshes_ = 0;
   std::string tool_tip_;
   int pointer_ = 0;
 };

@@ -23,40 +23,6 @@ constexpr ColorRef kNavy = Rgb(0, 0, 128);         // COLOR_HIGHLIGHT: the strip
 constexpr ColorRef kGradSecond = Rgb(4, 4, 129);   // the strip's second band (t = 0.02)
 constexpr ColorRef kGradLast = Rgb(188, 188, 191); // the strip's last band (t = 0.98)
 
-// Counts Refresh per surface window, so a test can see what a paint showed.
-class CountingSite : public SurfaceSite {
- public:
-  CountingSite(std::unique_ptr<SurfaceSite> inner, std::map<Hwnd, int>& refreshes)
-      : inner_(std::move(inner)), refreshes_(refreshes) {}
-  Hdc Dc() override { return inner_->Dc(); }
-  Hwnd Window() override { return inner_->Window(); }
-  int PixelWidth() override { return inner_->PixelWidth(); }
-  int PixelHeight() override { return inner_->PixelHeight(); }
-  void Move(int l, int t, int w, int h) override { inner_->Move(l, t, w, h); }
-  int Left() override { return inner_->Left(); }
-  int Top() override { return inner_->Top(); }
-  void SetVisible(bool v) override { inner_->SetVisible(v); }
-  bool Visible() override { return inner_->Visible(); }
-  void Refresh() override {
-    ++refreshes_[inner_->Window()];
-    inner_->Refresh();
-  }
-  void SetToolTipText(const std::string& t) override { inner_->SetToolTipText(t); }
-  void SetMousePointer(int p) override { inner_->SetMousePointer(p); }
-
- private:
-  std::unique_ptr<SurfaceSite> inner_;
-  std::map<Hwnd, int>& refreshes_;
-};
-
-class TestPlatform : public HeadlessPlatform {
- public:
-  std::unique_ptr<SurfaceSite> CreateSurfaceSite(Hwnd parent, int width, int height) override {
-    return std::make_unique<CountingSite>(HeadlessPlatform::CreateSurfaceSite(parent, width, height), refreshes);
-  }
-  std::map<Hwnd, int> refreshes;
-};
-
 class Bar : public ::testing::Test {
  protected:
   std::unique_ptr<KorvelBar> Place(int w, int h, bool user_mode = true) {
@@ -83,7 +49,7 @@ class Bar : public ::testing::Test {
     return out;
   }
 
-  TestPlatform platform;
+  HeadlessPlatform platform;
   HeadlessHost host{platform};
 };
 
