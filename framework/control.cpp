@@ -1,6 +1,8 @@
 #include "framework/control.h"
 
 #include "framework/about_form.h"
+#include "framework/arith.h"
+#include "framework/errors.h"
 
 namespace korvel {
 
@@ -14,6 +16,14 @@ void Control::AboutBox() {
   auto form = std::make_unique<AboutForm>(host_, platform_);
   host_.ShowModal(*form);
   form.reset();
+}
+
+Variant Control::Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) {
+  if (kind == InvokeKind::Method && CompareText(name, "AboutBox") == 0 && args.empty()) {
+    AboutBox();
+    return {};
+  }
+  throw RuntimeError(kErrNoSuchMember);
 }
 
 std::int32_t Control::Width() { return surface_->Width() * platform_.TwipsPerPixelX(); }

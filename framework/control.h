@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "framework/automation.h"
 #include "framework/host.h"
 #include "framework/platform.h"
 #include "framework/property_bag.h"
@@ -19,7 +20,7 @@ inline constexpr int vbShiftMask = 1;
 inline constexpr int vbCtrlMask = 2;
 inline constexpr int vbAltMask = 4;
 
-class Control {
+class Control : public Automation {
  public:
   Control(Host& host, Platform& platform);
   virtual ~Control();
@@ -45,6 +46,11 @@ class Control {
 
   // The shared About box: a fresh About form shown modally, unloaded afterwards.
   void AboutBox();
+
+  // Late-bound access to the members of the control's dispatch interface, by the
+  // type library's names. This base answers "AboutBox" and raises 438 for the rest;
+  // each control answers its own members first and passes the others here.
+  Variant Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) override;
 
   // ---- the control's own area ----
   Surface& UserControl() { return *surface_; }

@@ -8,6 +8,8 @@ std::string ErrorText(std::int32_t number) {
     case kErrDivisionByZero: return "Division by zero";
     case kErrTypeMismatch: return "Type mismatch";
     case kErrInvalidPropertyValue: return "Invalid property value";
+    case kErrNoSuchMember: return "Object doesn't support this property or method";
+    case kErrArgumentNotOptional: return "Argument not optional";
     default: return "Application-defined or object-defined error";
   }
 }

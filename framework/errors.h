@@ -13,6 +13,8 @@ enum ErrorNumber : std::int32_t {
   kErrDivisionByZero = 11,
   kErrTypeMismatch = 13,
   kErrInvalidPropertyValue = 380,
+  kErrNoSuchMember = 438,
+  kErrArgumentNotOptional = 449,
 };
 
 class RuntimeError : public std::runtime_error {

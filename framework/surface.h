@@ -27,6 +27,8 @@ class Surface {
   Surface& operator=(const Surface&) = delete;
 
   Platform& platform() { return platform_; }
+  // The platform's side of the surface (its image and window).
+  SurfaceSite& site() { return *site_; }
 
   // ---- attributes ----
   Hdc hDC() { return site_->Dc(); }

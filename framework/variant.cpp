@@ -50,7 +50,8 @@ VarType Variant::Type() const {
     case 5: return VarType::String;
     case 6: return VarType::Boolean;
     case 7: return VarType::Font;
-    default: return VarType::Picture;
+    case 8: return VarType::Picture;
+    default: return VarType::Array;
   }
 }
 
@@ -129,8 +130,28 @@ PictureRef Variant::ToPicture() const {
   return std::get<PictureRef>(data_);
 }
 
+Variant Variant::Array(std::vector<Variant> items, std::int32_t lower_bound) {
+  auto a = std::make_shared<VariantArray>();
+  a->lower_bound = lower_bound;
+  a->items = std::move(items);
+  return Variant(Data{std::shared_ptr<const VariantArray>(std::move(a))});
+}
+
+const VariantArray& Variant::ToArray() const {
+  static const VariantArray kEmpty;
+  if (Type() == VarType::Empty) return kEmpty;
+  if (Type() != VarType::Array) throw RuntimeError(kErrTypeMismatch);
+  return *std::get<std::shared_ptr<const VariantArray>>(data_);
+}
+
 bool operator==(const Variant& a, const Variant& b) {
   VarType ta = a.Type(), tb = b.Type();
+  if (ta == VarType::Array || tb == VarType::Array) {
+    if (ta != tb) return false;
+    const VariantArray& x = a.ToArray();
+    const VariantArray& y = b.ToArray();
+    return x.lower_bound == y.lower_bound && x.items == y.items;
+  }
   if (ta == VarType::Font || tb == VarType::Font || ta == VarType::Picture || tb == VarType::Picture)
     return a.data_ == b.data_;
   if (ta == VarType::String && tb == VarType::String) return std::get<std::string>(a.data_) == std::get<std::string>(b.data_);

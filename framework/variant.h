@@ -4,8 +4,10 @@
 // converted raises error 13 (type mismatch), one out of range error 6 (overflow).
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "framework/font.h"
 #include "framework/picture.h"
@@ -13,7 +15,15 @@
 
 namespace korvel {
 
-enum class VarType { Empty, Integer, Long, Single, Double, String, Boolean, Font, Picture };
+enum class VarType { Empty, Integer, Long, Single, Double, String, Boolean, Font, Picture, Array };
+
+class Variant;
+// A one-dimensional array passed by value, with its lower bound (the controls' list
+// arrays start at 1).
+struct VariantArray {
+  std::int32_t lower_bound = 1;
+  std::vector<Variant> items;
+};
 
 class Variant {
  public:
@@ -27,6 +37,7 @@ class Variant {
   static Variant String(std::string v) { return Variant(Data{std::move(v)}); }
   static Variant Object(FontRef f) { return Variant(Data{std::move(f)}); }
   static Variant Object(PictureRef p) { return Variant(Data{std::move(p)}); }
+  static Variant Array(std::vector<Variant> items, std::int32_t lower_bound = 1);
 
   // Convenience constructors for literals.
   Variant(std::int16_t v) : data_(v) {}
@@ -52,6 +63,8 @@ class Variant {
   std::string ToString() const;
   FontRef ToFont() const;        // error 13 unless a font object (an empty variant gives nothing)
   PictureRef ToPicture() const;  // error 13 unless a picture object (an empty variant gives nothing)
+  // Error 13 unless an array. An empty variant gives an empty array with lower bound 1.
+  const VariantArray& ToArray() const;
 
   // Value equality as the host compares a written value with its default: numbers
   // by value, strings exactly, objects by identity.
@@ -63,7 +76,7 @@ class Variant {
     friend bool operator==(BoolTag, BoolTag) = default;
   };
   using Data = std::variant<std::monostate, std::int16_t, std::int32_t, float, double, std::string, BoolTag,
-                            FontRef, PictureRef>;
+                            FontRef, PictureRef, std::shared_ptr<const VariantArray>>;
   explicit Variant(Data d) : data_(std::move(d)) {}
   double NumericValue() const;  // error 13 when not numeric
 

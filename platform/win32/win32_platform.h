@@ -1,0 +1,137 @@
+// The framework's platform on real Windows: GDI, USER, shell, common dialogs and
+// kernel calls, and drawing surfaces that keep a persistent image and show it in a
+// child window while they have a parent window.
+//
+// Include this header (and every korvel header) before <windows.h> elsewhere: the
+// framework defines the platform's constants under their own names.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "framework/platform.h"
+#include "platform/win32/win32_kernel.h"
+
+namespace korvel::win32 {
+
+class Win32Gdi : public Gdi {
+ public:
+  ColorRef GetSysColor(int index) override;
+  bool DrawEdge(Hdc dc, Rect* rc, std::uint32_t edge, std::uint32_t flags) override;
+  bool DrawStateA(Hdc dc, Handle brush, Handle data, const std::string& text, int x, int y, int cx, int cy,
+                  std::uint32_t flags) override;
+  int DrawTextA(Hdc dc, const std::string& text, Rect* rc, std::uint32_t format) override;
+  Hdc CreateCompatibleDC(Hdc dc) override;
+  bool DeleteDC(Hdc dc) override;
+  Hbitmap CreateBitmap(int width, int height, unsigned planes, unsigned bits_per_pixel, const void* bits) override;
+  Hbitmap CreateCompatibleBitmap(Hdc dc, int width, int height) override;
+  Handle CreatePen(int style, int width, ColorRef color) override;
+  Handle CreateSolidBrush(ColorRef color) override;
+  Hfont CreateFontIndirectA(const LOGFONTA& lf) override;
+  Handle GetStockObject(int index) override;
+  Hgdiobj SelectObject(Hdc dc, Hgdiobj obj) override;
+  bool DeleteObject(Hgdiobj obj) override;
+  ColorRef SetBkColor(Hdc dc, ColorRef color) override;
+  ColorRef GetBkColor(Hdc dc) override;
+  ColorRef SetTextColor(Hdc dc, ColorRef color) override;
+  int SetBkMode(Hdc dc, int mode) override;
+  int SetROP2(Hdc dc, int rop2) override;
+  bool BitBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int x1, int y1, std::uint32_t rop) override;
+  bool StretchBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int xs, int ys, int cxs, int cys,
+                  std::uint32_t rop) override;
+  bool MoveToEx(Hdc dc, int x, int y, Point* old) override;
+  bool LineTo(Hdc dc, int x, int y) override;
+  bool Rectangle(Hdc dc, int left, int top, int right, int bottom) override;
+  int FillRect(Hdc dc, const Rect* rc, Handle brush) override;
+  ColorRef SetPixel(Hdc dc, int x, int y, ColorRef color) override;
+  ColorRef GetPixel(Hdc dc, int x, int y) override;
+  bool TextOutA(Hdc dc, int x, int y, const std::string& text) override;
+  bool GetTextExtentPoint32A(Hdc dc, const std::string& text, Size* size) override;
+  Hbitmap CreateBitmapFromImage(const Image& image) override;
+  Image ImageOfBitmap(Hbitmap bitmap) override;
+};
+
+// SurfaceSite on Win32: a 32-bit DIB section selected into a memory DC (the
+// persistent image), and, while the surface has a parent window, a child window of
+// the class "KorvelSurface" that shows it (WM_PAINT copies the image).
+class Win32SurfaceSite : public SurfaceSite {
+ public:
+  Win32SurfaceSite(Hwnd parent, int width, int height);
+  ~Win32SurfaceSite() override;
+
+  Hdc Dc() override;
+  Hwnd Window() override;
+  int PixelWidth() override;
+  int PixelHeight() override;
+  void Move(int left, int top, int width, int height) override;
+  int Left() override;
+  int Top() override;
+  void SetVisible(bool visible) override;
+  bool Visible() override;
+  void Refresh() override;
+  void SetToolTipText(const std::string& text) override;
+  void SetMousePointer(int pointer) override;
+
+  // Messages of the surface's window (mouse, keys, focus, capture) reach this first;
+  // it returns true when it handled one. Exceptions never leave the window
+  // procedure: one thrown by the handler is swallowed there.
+  std::function<bool(unsigned msg, std::uintptr_t wparam, std::intptr_t lparam)> on_message;
+
+  // Gives the surface a child window of parent (creating it, or re-parenting the
+  // existing one); parent 0 destroys the window and keeps the image.
+  void SetParentWindow(Hwnd parent);
+  // Copies the image, stretched to the rectangle, into another device context
+  // (a container's IViewObject::Draw).
+  void DrawTo(Hdc dc, int x, int y, int cx, int cy);
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+class Win32User : public User { /* every User call, mapped one to one */
+ public:
+  Hwnd SetCapture(Hwnd wnd) override;
+  bool ReleaseCapture() override;
+  Hwnd GetCapture() override;
+  bool GetCursorPos(Point* pt) override;
+  Hwnd SetParent(Hwnd child, Hwnd parent) override;
+  std::int32_t GetWindowLongA(Hwnd wnd, std::int32_t index) override;
+  std::int32_t SetWindowLongA(Hwnd wnd, std::int32_t index, std::int32_t value) override;
+  bool SetWindowPos(Hwnd wnd, Hwnd after, int x, int y, int cx, int cy, std::uint32_t flags) override;
+  std::intptr_t SendMessageA(Hwnd wnd, std::uint32_t msg, std::uintptr_t wparam, std::intptr_t lparam) override;
+  bool InvalidateRect(Hwnd wnd, const Rect* rc, bool erase) override;
+  Hwnd CreateWindowExA(std::uint32_t ex_style, const std::string& class_name, const std::string& title,
+                       std::uint32_t style, int x, int y, int cx, int cy, Hwnd parent, Handle menu) override;
+  // ... and the rest of User's calls (see framework/platform.h).
+};
+
+class Win32Shell;    // ShellExecuteA, SHBrowseForFolderA, SHGetPathFromIDListA
+class Win32Dialogs;  // GetOpenFileNameA, GetSaveFileNameA, ChooseColorA, ChooseFontA
+
+class Win32Platform : public Platform {
+ public:
+  // module: the instance handle of the module that holds the library (the server
+  // DLL, or the test program).
+  explicit Win32Platform(Handle module);
+  ~Win32Platform() override;
+
+  Gdi& gdi() override;
+  User& user() override;
+  Shell& shell() override;
+  Kernel& kernel() override;
+  Dialogs& dialogs() override;
+  // Returns a Win32SurfaceSite.
+  std::unique_ptr<SurfaceSite> CreateSurfaceSite(Hwnd parent, int width, int height) override;
+  // From the screen's logical pixels per inch: 1440 / dpi (15 at 96 dpi).
+  int TwipsPerPixelX() override;
+  int TwipsPerPixelY() override;
+  Handle ModuleInstance() override;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace korvel::win32
