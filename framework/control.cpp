@@ -19,7 +19,7 @@ void Control::AboutBox() {
 }
 
 Variant Control::Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) {
-  if (kind == InvokeKind::Method && CompareText(name, "AboutBox") == 0 && args.empty()) {
+  if (MemberCall(name, kind, args).Method("AboutBox")) {
     AboutBox();
     return {};
   }

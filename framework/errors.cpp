@@ -10,6 +10,7 @@ std::string ErrorText(std::int32_t number) {
     case kErrInvalidPropertyValue: return "Invalid property value";
     case kErrNoSuchMember: return "Object doesn't support this property or method";
     case kErrArgumentNotOptional: return "Argument not optional";
+    case kErrWrongArgumentCount: return "Wrong number of arguments or invalid property assignment";
     default: return "Application-defined or object-defined error";
   }
 }

@@ -15,6 +15,7 @@ enum ErrorNumber : std::int32_t {
   kErrInvalidPropertyValue = 380,
   kErrNoSuchMember = 438,
   kErrArgumentNotOptional = 449,
+  kErrWrongArgumentCount = 450,
 };
 
 class RuntimeError : public std::runtime_error {

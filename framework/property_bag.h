@@ -10,16 +10,19 @@
 
 namespace korvel {
 
+// A host may hand over a bag of its own: the ActiveX layer derives from this class
+// and reads and writes through the container's property bag.
 class PropertyBag {
  public:
+  virtual ~PropertyBag() = default;
   // The stored value of key name, or def when the key is absent. Keys compare
   // without regard to case.
-  Variant ReadProperty(const std::string& name, const Variant& def = Variant()) const;
+  virtual Variant ReadProperty(const std::string& name, const Variant& def = Variant()) const;
   // Stores value under name; when the value equals def the key is left out of the
   // bag, since reading it back with the same default gives the same value.
-  void WriteProperty(const std::string& name, const Variant& value, const Variant& def);
+  virtual void WriteProperty(const std::string& name, const Variant& value, const Variant& def);
   // Stores value under name unconditionally.
-  void WriteProperty(const std::string& name, const Variant& value);
+  virtual void WriteProperty(const std::string& name, const Variant& value);
 
   bool Contains(const std::string& name) const;
   void Remove(const std::string& name);

@@ -97,4 +97,11 @@ void KorvelBar::Paint() {
   if (s.AutoRedraw()) s.Refresh();
 }
 
+Variant KorvelBar::Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) {
+  MemberCall call{name, kind, args};
+  if (call.Get("Value")) return Variant::Integer(Value());
+  if (call.Put("Value")) return SetValue(call.Value().ToInteger()), Variant();
+  return Control::Invoke(name, kind, args);
+}
+
 }  // namespace korvel

@@ -23,6 +23,9 @@ class KorvelBar : public Control {
   void SetValue(std::int16_t value);
   // AboutBox: the shared one of Control.
 
+  // Late binding: the members of the dispatch interface by name.
+  Variant Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) override;
+
   // ---- life cycle ----
   void Initialize() override;
   void InitProperties() override;

@@ -100,4 +100,15 @@ void KorvelDivider::Paint() {
   });
 }
 
+Variant KorvelDivider::Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) {
+  MemberCall call{name, kind, args};
+  if (call.Get("Caption")) return Caption();
+  if (call.Put("Caption")) return SetCaption(call.Value().ToString()), Variant();
+  if (call.Get("Default_")) return Default_();
+  if (call.Put("Default_")) return SetDefault_(call.Value().ToString()), Variant();
+  if (call.Get("Font")) return Variant::Object(Font());
+  if (call.PutRef("Font")) return SetFont(call.Value().ToFont()), Variant();
+  return Control::Invoke(name, kind, args);
+}
+
 }  // namespace korvel

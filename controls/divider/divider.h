@@ -27,6 +27,9 @@ class KorvelDivider : public Control {
   void SetFont(FontRef font);
   // AboutBox() comes from Control.
 
+  // Late binding: the members of the dispatch interface by name.
+  Variant Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) override;
+
   // ---- life cycle ----
   void InitProperties() override;
   void ReadProperties(const PropertyBag& bag) override;

@@ -203,4 +203,23 @@ void KorvelLink::MouseUp(int button, int shift, float x, float y) {
   TrackHover(x, y);
 }
 
+Variant KorvelLink::Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) {
+  MemberCall call{name, kind, args};
+  if (call.Get("Caption")) return Caption();
+  if (call.Put("Caption")) return SetCaption(call.Value().ToString()), Variant();
+  if (call.Get("URL")) return URL();
+  if (call.Put("URL")) return SetURL(call.Value().ToString()), Variant();
+  if (call.Get("Enabled")) return Variant::Bool(Enabled());
+  if (call.Put("Enabled")) return SetEnabled(call.Value().ToBool()), Variant();
+  if (call.Get("ForeColor")) return Variant::Color(ForeColor());
+  if (call.Put("ForeColor")) return SetForeColor(call.Value().ToColor()), Variant();
+  if (call.Get("BackColor")) return Variant::Color(BackColor());
+  if (call.Put("BackColor")) return SetBackColor(call.Value().ToColor()), Variant();
+  if (call.Get("Font")) return Variant::Object(Font());
+  if (call.PutRef("Font")) return SetFont(call.Value().ToFont()), Variant();
+  if (call.Get("HoverColor")) return Variant::Color(HoverColor());
+  if (call.Put("HoverColor")) return SetHoverColor(call.Value().ToColor()), Variant();
+  return Control::Invoke(name, kind, args);
+}
+
 }  // namespace korvel

@@ -42,6 +42,9 @@ class KorvelLink : public Control {
   OleColor HoverColor() const { return hover_color_; }
   void SetHoverColor(OleColor color);
 
+  // Late binding: the members of the dispatch interface by name.
+  Variant Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) override;
+
   // ---- life cycle ----
   void InitProperties() override;
   void ReadProperties(const PropertyBag& bag) override;

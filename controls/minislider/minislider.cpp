@@ -178,4 +178,21 @@ void KorvelMiniSlider::MouseMove(int button, int shift, float x, float y) {
   Paint();
 }
 
+Variant KorvelMiniSlider::Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) {
+  MemberCall call{name, kind, args};
+  if (call.Get("Value")) return Variant::Long(Value());
+  if (call.Put("Value")) return SetValue(call.Value().ToLong()), Variant();
+  if (call.Get("Min")) return Variant::Long(Min());
+  if (call.Put("Min")) return SetMin(call.Value().ToLong()), Variant();
+  if (call.Get("Max")) return Variant::Long(Max());
+  if (call.Put("Max")) return SetMax(call.Value().ToLong()), Variant();
+  if (call.Get("ForeColor")) return Variant::Color(ForeColor());
+  if (call.Put("ForeColor")) return SetForeColor(call.Value().ToColor()), Variant();
+  if (call.Get("BackColor")) return Variant::Color(BackColor());
+  if (call.Put("BackColor")) return SetBackColor(call.Value().ToColor()), Variant();
+  if (call.Get("Enabled")) return Variant::Bool(Enabled());
+  if (call.Put("Enabled")) return SetEnabled(call.Value().ToBool()), Variant();
+  return Control::Invoke(name, kind, args);
+}
+
 }  // namespace korvel

@@ -34,6 +34,9 @@ class KorvelMiniSlider : public Control {
   // AboutBox: the shared one of Control.
   // Events: Click(NewValue) and Change(NewValue), both signed 32-bit.
 
+  // Late binding: the members of the dispatch interface by name.
+  Variant Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) override;
+
   // ---- life cycle ----
   void InitProperties() override;
   void ReadProperties(const PropertyBag& bag) override;
