@@ -146,12 +146,119 @@ void Unloading() {
         "no class factory for a class the server cannot create");
 }
 
+
+// ---- the About box ----
+
+// Watches for the modal About window of one AboutBox call and closes it, by a
+// click on its OK button or by WM_CLOSE.
+struct AboutWatcher {
+  bool click_ok = false;
+  HWND found = nullptr;
+  HWND surface = nullptr;
+  wchar_t caption[64] = {};
+  std::thread thread;
+  void Start() {
+    thread = std::thread([this] {
+      for (int i = 0; i < 500 && !found; ++i) {
+        HWND w = FindWindowW(L"KorvelModalForm", nullptr);
+        if (w && IsWindowVisible(w)) {
+          found = w;
+          GetWindowTextW(w, caption, 64);
+          surface = FindWindowExW(w, nullptr, nullptr, nullptr);
+          Sleep(100);  // let it paint
+          if (click_ok && surface) {
+            const LPARAM at = MAKELPARAM(186, 209);  // the middle of the OK button
+            PostMessageW(surface, WM_MOUSEMOVE, 0, at);
+            PostMessageW(surface, WM_LBUTTONDOWN, MK_LBUTTON, at);
+            PostMessageW(surface, WM_LBUTTONUP, 0, at);
+          } else {
+            PostMessageW(w, WM_CLOSE, 0, 0);
+          }
+          break;
+        }
+        Sleep(20);
+      }
+    });
+  }
+  void Join() { thread.join(); }
+};
+
+void AboutBox(const wchar_t* progid) {
+  const std::string cls = Narrow(progid);
+  IDispatch* d = CreateNew(progid);
+  if (!d) return;
+  HWND first = nullptr;
+  for (int call = 0; call < 2; ++call) {
+    AboutWatcher w;
+    w.click_ok = call == 0;
+    w.Start();
+    CallResult r;
+    InvokeId(d, DISPID_ABOUTBOX, DISPATCH_METHOD, {}, r);
+    w.Join();
+    const std::string how = call == 0 ? "closed by its OK button" : "closed by the window's close command";
+    Check(r.hr == S_OK, cls + ": AboutBox call " + std::to_string(call + 1) + " returns S_OK once the window is " + how);
+    Check(w.found != nullptr && std::wstring(w.caption) == L"About KorvelUI99...",
+          cls + ": call " + std::to_string(call + 1) + " showed a window captioned \"About KorvelUI99...\"");
+    Check(w.found && !IsWindow(w.found), cls + ": the About window is gone when AboutBox returns");
+    if (call == 0) {
+      first = w.found;
+      Check(w.surface != nullptr, cls + ": the About window shows the form's surface as its child window");
+    }
+    if (call == 1) Check(w.found && w.found != first, cls + ": the second call built a fresh window");
+  }
+  d->Release();
+}
+
+// ---- drawing into a container's device context ----
+
+void Draw() {
+  IDispatch* d = CreateNew(L"KorvelUI99.KorvelMiniSlider");
+  if (!d) return;
+  Put(d, L"Value", VI4(50));
+  Put(d, L"ForeColor", VI4(0x0000FF));
+  Put(d, L"BackColor", VI4(0xFFFFFF));
+  IOleObject* ole = nullptr;
+  IViewObject2* view = nullptr;
+  d->QueryInterface(IID_IOleObject, reinterpret_cast<void**>(&ole));
+  d->QueryInterface(IID_IViewObject2, reinterpret_cast<void**>(&view));
+  SIZEL size{2540, 635};  // 96 x 24 pixels
+  if (ole) ole->SetExtent(DVASPECT_CONTENT, &size);
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof bi.bmiHeader;
+  bi.bmiHeader.biWidth = 96;
+  bi.bmiHeader.biHeight = -24;
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  HDC dc = CreateCompatibleDC(nullptr);
+  HBITMAP bmp = CreateDIBSection(dc, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
+  HGDIOBJ old = SelectObject(dc, bmp);
+  // A marker colour everywhere first, so that every pixel checked was drawn.
+  for (int i = 0; i < 96 * 24; ++i) static_cast<DWORD*>(bits)[i] = 0x123456;
+  RECTL bounds{0, 0, 96, 24};
+  HRESULT hr = view ? view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, dc, &bounds, nullptr, nullptr, 0) : E_FAIL;
+  GdiFlush();
+  auto px = [&](int x, int y) { return static_cast<const DWORD*>(bits)[y * 96 + x] & 0xFFFFFF; };
+  Check(hr == S_OK, "KorvelMiniSlider: IViewObject::Draw into a memory DC");
+  Check(px(0, 0) == 0x000000 && px(95, 23) == 0x000000, "KorvelMiniSlider: the black outline at the corners");
+  Check(px(10, 12) == 0xFF0000, "KorvelMiniSlider: the bar colour left of the value (red)");
+  Check(px(80, 12) == 0xFFFFFF, "KorvelMiniSlider: the background colour right of it (white)");
+  SelectObject(dc, old);
+  DeleteObject(bmp);
+  DeleteDC(dc);
+  if (view) view->Release();
+  if (ole) ole->Release();
+  d->Release();
+}
+
 }  // namespace
 
 int main() {
   CoInitialize(nullptr);
   for (const wchar_t* p : kProgIds) Interfaces(p);
   Unloading();
+  for (const wchar_t* p : kProgIds) AboutBox(p);
+  Draw();
   CoUninitialize();
   return Summary();
 }
