@@ -1,6 +1,7 @@
 #include "framework/property_page.h"
 
 #include <memory>
+#include <type_traits>
 
 namespace korvel {
 
