@@ -4,6 +4,8 @@
 // reached only by name, as the page reaches a real one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,9 +38,11 @@ class FakeToolbar : public Automation {
   };
   std::vector<Item> items;
   std::vector<Call> calls;
+  std::function<void()> on_call;  // runs as each call arrives
 
   Variant Invoke(const std::string& name, InvokeKind kind, std::vector<Variant>& args) override {
     calls.push_back(Call{name, kind, args});
+    if (on_call) on_call();
     if (CompareText(name, "Customize") != 0 || kind != InvokeKind::Method) throw RuntimeError(kErrNoSuchMember);
     if (args.size() != 8) throw RuntimeError(kErrArgumentNotOptional);
     if (args[0].ToBool()) {
@@ -236,7 +240,10 @@ TEST_F(KtButtons, TwoSelectedControlsShowTheMessageAndTheFirstIsEdited) {
   FakeToolbar second;
   second.items = {Btn("Other")};
   bar.items = {Btn("First")};
+  std::size_t boxes_before_fetch = 99;
+  bar.on_call = [&] { boxes_before_fetch = host.msgboxes.size(); };
   page.SetSelectedControls({&bar, &second});
+  EXPECT_EQ(boxes_before_fetch, 1u);  // the message comes first, then the list is fetched
   ASSERT_EQ(host.msgboxes.size(), 1u);
   EXPECT_EQ(host.msgboxes[0].prompt,
             "You can only edit one toolbar at a time.  Any changes you make will only affect one toolbar.");
@@ -307,7 +314,6 @@ TEST_F(KtButtons, EnableControlsEmptyListRow) {
 
 TEST_F(KtButtons, ChoosingAStyleReEnablesTheFieldsAndMarksChanged) {
   Load({Btn("A")});
-  std::vector<std::string> seen;
   page.StyleList.Choose(1);
   EXPECT_EQ(Enables(), "111110");
   EXPECT_TRUE(page.Changed());
