@@ -255,20 +255,38 @@ void Text(Win32Platform& p) {
       if (GetPixel(h, x, y) != RGB(255, 255, 255)) ++dark;
   Check(dark > 0 && dark < 200, "TextOutA drew the character (" + std::to_string(dark) + " pixels)");
 
-  // DrawStateA text, disabled: the embossed style draws in two colours.
+  // DrawStateA text, disabled, on black: the embossed style draws in the highlight
+  // and shadow colours, exactly as the wide call does with the same arguments.
   korvel::Rect all{0, 0, 100, 40};
-  korvel::Handle white = gdi.GetStockObject(WHITE_BRUSH);
-  gdi.FillRect(dc, &all, white);
-  Check(gdi.DrawStateA(dc, 0, 0, "&Ab", 4, 4, 0, 0, DST_PREFIXTEXT | DSS_DISABLED),
+  korvel::Handle black = gdi.GetStockObject(BLACK_BRUSH);
+  gdi.FillRect(dc, &all, black);
+  Check(gdi.DrawStateA(dc, 0, 0, "&Ab\xC3\xA9", 4, 4, 0, 0, DST_PREFIXTEXT | DSS_DISABLED),
         "DrawStateA draws disabled prefix text");
-  int highlight = 0, shadow = 0;
+  HBITMAP ref = CreateBitmap(100, 40, 1, 32, nullptr);
+  HDC rdc = CreateCompatibleDC(nullptr);
+  HGDIOBJ rold = SelectObject(rdc, ref);
+  HGDIOBJ rfont = SelectObject(rdc, reinterpret_cast<HGDIOBJ>(font));
+  RECT rall{0, 0, 100, 40};
+  FillRect(rdc, &rall, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+  DrawStateW(rdc, nullptr, nullptr, reinterpret_cast<LPARAM>(L"&Ab\x00E9"), 4, 4, 4, 0, 0,
+             DST_PREFIXTEXT | DSS_DISABLED);
+  int highlight = 0, shadow = 0, differ = 0;
   for (int y = 0; y < 40; ++y)
     for (int x = 0; x < 100; ++x) {
       COLORREF c = GetPixel(h, x, y);
       if (c == GetSysColor(COLOR_BTNSHADOW)) ++shadow;
-      if (c == GetSysColor(COLOR_BTNHIGHLIGHT) && c != RGB(255, 255, 255)) ++highlight;
+      if (c == GetSysColor(COLOR_BTNHIGHLIGHT)) ++highlight;
+      if (c != GetPixel(rdc, x, y)) ++differ;
     }
-  Check(shadow > 0, "the disabled text has shadow pixels (" + std::to_string(shadow) + ")");
+  Check(shadow > 0 && highlight > 0,
+        "the disabled text has shadow (" + std::to_string(shadow) + ") and highlight (" +
+            std::to_string(highlight) + ") pixels");
+  Check(differ == 0, "DrawStateA's pixels equal DrawStateW's for the same text (" + std::to_string(differ) +
+                         " differ)");
+  SelectObject(rdc, rfont);
+  SelectObject(rdc, rold);
+  DeleteDC(rdc);
+  DeleteObject(ref);
 
   gdi.SelectObject(dc, old_font);
   gdi.DeleteObject(font);
@@ -331,6 +349,27 @@ void SurfaceWindow(Win32Platform& p) {
         "WM_KEYDOWN reaches on_message with its key and flags");
   SendMessageW(child, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(1, 2));
   Check(seen.count == 3 && seen.msg == WM_LBUTTONDBLCLK, "WM_LBUTTONDBLCLK reaches on_message");
+
+  // The first mouse move tracks the mouse's leaving: when the cursor then goes
+  // elsewhere, the leave notice follows.
+  std::vector<unsigned> order;
+  site.on_message = [&order](unsigned msg, std::uintptr_t, std::intptr_t) {
+    if (msg == WM_MOUSEMOVE || msg == WM_MOUSELEAVE) order.push_back(msg);
+    return false;
+  };
+  POINT inside{2, 2};
+  ClientToScreen(child, &inside);
+  SetCursorPos(inside.x, inside.y);
+  PumpMessages();
+  order.clear();
+  SendMessageW(child, WM_MOUSEMOVE, 0, MAKELPARAM(2, 2));
+  SetCursorPos(600, 500);
+  for (int i = 0; i < 100 && order.size() < 2; ++i) {
+    PumpMessages();
+    Sleep(20);
+  }
+  Check(order == std::vector<unsigned>{WM_MOUSEMOVE, WM_MOUSELEAVE},
+        "WM_MOUSEMOVE then WM_MOUSELEAVE reach on_message (" + std::to_string(order.size()) + " messages)");
 
   bool threw = false;
   site.on_message = [&threw](unsigned, std::uintptr_t, std::intptr_t) -> bool {
@@ -431,6 +470,13 @@ void SurfaceWindow(Win32Platform& p) {
 }
 
 // ---- services ----
+
+// A dialog hook that confirms the dialog as soon as it opens.
+UINT_PTR CALLBACK CloseOnInit(HWND dlg, UINT msg, WPARAM, LPARAM) {
+  if (msg == WM_INITDIALOG) PostMessageW(dlg, WM_COMMAND, IDOK, 0);
+  return 0;
+}
+
 void Services(Win32Platform& p) {
   Check(p.TwipsPerPixelX() == 15 && p.TwipsPerPixelY() == 15,
         "twips per pixel are 15 at the screen's " + std::to_string(GetDeviceCaps(GetDC(nullptr), LOGPIXELSX)) +
@@ -479,11 +525,7 @@ void Services(Win32Platform& p) {
   cc.rgbResult = korvel::Rgb(12, 34, 56);
   cc.lpCustColors = custom;
   cc.Flags = CC_RGBINIT | CC_ENABLEHOOK;
-  cc.lpfnHook = reinterpret_cast<korvel::Handle>(
-      static_cast<UINT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM)>([](HWND dlg, UINT msg, WPARAM, LPARAM) -> UINT_PTR {
-        if (msg == WM_INITDIALOG) PostMessageW(dlg, WM_COMMAND, IDOK, 0);
-        return 0;
-      }));
+  cc.lpfnHook = reinterpret_cast<korvel::Handle>(&CloseOnInit);
   bool ok = p.dialogs().ChooseColorA(&cc);
   Check(ok && cc.rgbResult == korvel::Rgb(12, 34, 56), "ChooseColorA returns the colour of the record");
   Check(custom[15] == korvel::Rgb(15, 30, 45) && custom[1] == korvel::Rgb(1, 2, 3),
