@@ -54,9 +54,14 @@ class Win32Gdi : public Gdi {
   Image ImageOfBitmap(Hbitmap bitmap) override;
 };
 
-// SurfaceSite on Win32: a 32-bit DIB section selected into a memory DC (the
-// persistent image), and, while the surface has a parent window, a child window of
-// the class "KorvelSurface" that shows it (WM_PAINT copies the image).
+// SurfaceSite on Win32: a 32-bit top-down DIB section selected into a memory DC
+// (the persistent image; white when made, and when it grows the new area is white
+// and the old content stays at the top left), and, while the surface has a parent
+// window, a child window of the class "KorvelSurface" (CS_DBLCLKS, no background
+// brush) that shows it: WM_PAINT copies the image. The window keeps the surface's
+// position and size; a surface made with parent 0 has no window until
+// SetParentWindow. Mouse pointers apply on WM_SETCURSOR: 0 the class's arrow, 99 the
+// hand, the host's other pointer numbers their standard cursors.
 class Win32SurfaceSite : public SurfaceSite {
  public:
   // The window class is registered in the module that holds this code.
