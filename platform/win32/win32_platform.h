@@ -85,8 +85,9 @@ class Win32SurfaceSite : public SurfaceSite {
   void SetToolTipText(const std::string& text) override;
   void SetMousePointer(int pointer) override;
 
-  // Messages of the surface's window reach this first: mouse (WM_MOUSEMOVE to
-  // WM_MOUSEWHEEL and the double clicks), keys (WM_KEYDOWN to WM_SYSCHAR), WM_SETFOCUS,
+  // Messages of the surface's window reach this first: mouse (WM_MOUSEFIRST to
+  // WM_MOUSELAST: moves, buttons, double clicks, wheels), keys (WM_KEYFIRST to
+  // WM_KEYLAST: WM_KEYDOWN/UP, WM_CHAR, the WM_SYS* forms), WM_SETFOCUS,
   // WM_KILLFOCUS, WM_CAPTURECHANGED, WM_MOUSELEAVE (tracked from the first mouse move
   // after each leave), WM_MOUSEACTIVATE, WM_GETDLGCODE, WM_TIMER and WM_CANCELMODE.
   // It returns true when it handled one (the window procedure then returns 0);
