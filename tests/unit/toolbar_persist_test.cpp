@@ -492,3 +492,19 @@ TEST_F(ToolbarPersist, InvokeCustomizeAtRunTimeLeavesTheArguments) {
   tb->Invoke("Customize", InvokeKind::Method, args);
   EXPECT_EQ(args, before);
 }
+
+TEST_F(ToolbarPersist, SavingAgainIntoTheSameBagDropsKeysBackAtTheirDefaults) {
+  auto tb = Make({Item{"A", "tip", ktCheck, false, true, 1}, Button("B"), Placeholder(30)}, 4, false);
+  PropertyBag bag;
+  tb->WriteProperties(bag);
+  ASSERT_TRUE(bag.Contains("Button1_Value"));
+  Apply(*tb, {Button("A"), Button("B"), Placeholder(30)});
+  tb->WriteProperties(bag);
+  EXPECT_EQ(bag.Keys(), (Strings{"BorderStyle", "Picture", "MaskColor", "ButtonCount", "Button1_Key",
+                                 "Button2_Key", "Button3_Style", "Button3_Width"}));
+  auto copy = Load(bag);
+  ASSERT_EQ(copy->ButtonCount(), 3);
+  ExpectButton(*copy, 1, Item{"A", "", ktButton, true, false, 1});
+  ExpectButton(*copy, 2, Item{"B", "", ktButton, true, false, 1});
+  ExpectButton(*copy, 3, Item{"", "", ktPlaceholder, true, false, 30});
+}
