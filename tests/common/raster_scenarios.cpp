@@ -552,6 +552,337 @@ void AddTexts(std::vector<RasterScenario>& out) {
   }
 }
 
+
+// ---- Further operations: line directions, draw modes, rectangles, fills,
+// pattern blits, clipped blits, monochrome targets, more stretches, states ----
+
+constexpr ColorRef kCyan = Rgb(0, 255, 255), kMagenta = Rgb(255, 0, 255), kTeal = Rgb(0, 128, 128);
+constexpr std::uint32_t kPatCopy = 0x00F00021, kPatInvert = 0x005A0049, kDstInvert = 0x00550009;
+
+std::vector<LegendEntry> OpsLegend() {
+  auto l = BlitLegend();
+  l.push_back({'c', "CYAN", kCyan});
+  l.push_back({'m', "MAGENTA", kMagenta});
+  l.push_back({'.', "TEAL", kTeal});
+  return l;
+}
+
+RasterScenario Op(const std::string& name, const std::string& comment, int width, int height,
+                  std::function<Hdc(Gdi&, ScenarioChecks&)> draw) {
+  RasterScenario s;
+  s.name = name;
+  s.file = name + ".txt";
+  s.comment = comment;
+  s.width = width;
+  s.height = height;
+  s.legend = OpsLegend();
+  s.draw = std::move(draw);
+  return s;
+}
+
+void Line(Gdi& gdi, Hdc dc, int x0, int y0, int x1, int y1) {
+  gdi.MoveToEx(dc, x0, y0, nullptr);
+  gdi.LineTo(dc, x1, y1);
+}
+
+// A 16 x 8 surface: columns 0-7 yellow, 8-15 teal.
+Hdc TwoColumns(Gdi& gdi) {
+  Hdc dc = NewSurface(gdi, 16, 8, kYellow);
+  for (int y = 0; y < 8; ++y)
+    for (int x = 8; x < 16; ++x) gdi.SetPixel(dc, x, y, kTeal);
+  return dc;
+}
+
+void AddOps(std::vector<RasterScenario>& out) {
+  out.push_back(Op("line_directions",
+                   "LineTo with a black 1-pixel pen on white, all eight directions with 2:1 slopes (the\n"
+                   "midpoint ties): (0,0)-(8,4), (19,0)-(11,4), (8,9)-(0,5), (11,9)-(19,5), (0,10)-(4,18),\n"
+                   "(19,10)-(15,18), (9,18)-(5,10), (10,18)-(14,10)",
+                   20, 20, [](Gdi& gdi, ScenarioChecks& checks) {
+                     Hdc dc = NewSurface(gdi, 20, 20, kWhite);
+                     Handle pen = gdi.CreatePen(PS_SOLID, 1, kBlack);
+                     Hgdiobj old = gdi.SelectObject(dc, pen);
+                     Line(gdi, dc, 0, 0, 8, 4);
+                     Line(gdi, dc, 19, 0, 11, 4);
+                     Line(gdi, dc, 8, 9, 0, 5);
+                     Line(gdi, dc, 11, 9, 19, 5);
+                     Line(gdi, dc, 0, 10, 4, 18);
+                     Line(gdi, dc, 19, 10, 15, 18);
+                     Line(gdi, dc, 9, 18, 5, 10);
+                     Line(gdi, dc, 10, 18, 14, 10);
+                     Point pos{};
+                     gdi.MoveToEx(dc, 0, 0, &pos);
+                     checks.Check(pos.x == 14 && pos.y == 10, "LineTo leaves the position at its end point");
+                     gdi.SelectObject(dc, old);
+                     gdi.DeleteObject(pen);
+                     return dc;
+                   }));
+  out.push_back(Op("line_shallow_steep",
+                   "LineTo in red on white: (0,0)-(15,2), (15,4)-(0,6), (1,8)-(3,15), (6,15)-(4,8),\n"
+                   "(8,8)-(15,15) (diagonal), (15,9)-(9,15), and one-pixel lines (12,2)-(13,2), (13,4)-(13,5)",
+                   16, 16, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc dc = NewSurface(gdi, 16, 16, kWhite);
+                     Handle pen = gdi.CreatePen(PS_SOLID, 1, kRed);
+                     Hgdiobj old = gdi.SelectObject(dc, pen);
+                     Line(gdi, dc, 0, 0, 15, 2);
+                     Line(gdi, dc, 15, 4, 0, 6);
+                     Line(gdi, dc, 1, 8, 3, 15);
+                     Line(gdi, dc, 6, 15, 4, 8);
+                     Line(gdi, dc, 8, 8, 15, 15);
+                     Line(gdi, dc, 15, 9, 9, 15);
+                     Line(gdi, dc, 12, 2, 13, 2);
+                     Line(gdi, dc, 13, 4, 13, 5);
+                     gdi.SelectObject(dc, old);
+                     gdi.DeleteObject(pen);
+                     return dc;
+                   }));
+  for (int half = 0; half < 2; ++half) {
+    std::string name = half == 0 ? "rop2_modes_1_8" : "rop2_modes_9_16";
+    std::string range = half == 0 ? "1 (R2_BLACK) to 8" : "9 to 16 (R2_WHITE)";
+    out.push_back(Op(name,
+                     "LineTo with a magenta pen in draw modes " + range +
+                         ", one mode per row from the top,\nacross columns yellow (0-7) and teal (8-15)",
+                     16, 8, [half](Gdi& gdi, ScenarioChecks& checks) {
+                       Hdc dc = TwoColumns(gdi);
+                       Handle pen = gdi.CreatePen(PS_SOLID, 1, kMagenta);
+                       Hgdiobj old = gdi.SelectObject(dc, pen);
+                       for (int i = 0; i < 8; ++i) {
+                         int mode = half * 8 + i + 1;
+                         gdi.SetROP2(dc, mode);
+                         Line(gdi, dc, 0, i, 16, i);
+                       }
+                       checks.Check(gdi.SetROP2(dc, R2_COPYPEN) == half * 8 + 8, "SetROP2 returns the previous mode");
+                       gdi.SelectObject(dc, old);
+                       gdi.DeleteObject(pen);
+                       return dc;
+                     }));
+  }
+  out.push_back(Op("rect_pens_brushes",
+                   "Rectangle on teal: NULL_PEN with a yellow brush (1,1,6,5); black pen with NULL_BRUSH\n"
+                   "(6,6,11,11); black pen, yellow brush with the corners given backwards (10,4,7,1); a 1x1\n"
+                   "(1,7,2,8), a 2x2 (3,7,5,9) and a 0x2 (5,10,5,12) with the pen; NULL_PEN 2x2 (1,10,3,12)\n"
+                   "and 3x2 (7,12,10,14)",
+                   12, 14, [](Gdi& gdi, ScenarioChecks& checks) {
+                     Hdc dc = NewSurface(gdi, 12, 14, kTeal);
+                     Handle pen = gdi.CreatePen(PS_SOLID, 1, kBlack);
+                     Handle brush = gdi.CreateSolidBrush(kYellow);
+                     Hgdiobj old_pen = gdi.SelectObject(dc, gdi.GetStockObject(NULL_PEN));
+                     Hgdiobj old_brush = gdi.SelectObject(dc, brush);
+                     checks.Check(gdi.Rectangle(dc, 1, 1, 6, 5), "Rectangle without a pen returns TRUE");
+                     gdi.SelectObject(dc, pen);
+                     gdi.SelectObject(dc, gdi.GetStockObject(NULL_BRUSH));
+                     gdi.Rectangle(dc, 6, 6, 11, 11);
+                     gdi.SelectObject(dc, brush);
+                     gdi.Rectangle(dc, 10, 4, 7, 1);
+                     gdi.Rectangle(dc, 1, 7, 2, 8);
+                     gdi.Rectangle(dc, 3, 7, 5, 9);
+                     gdi.Rectangle(dc, 5, 10, 5, 12);
+                     gdi.SelectObject(dc, gdi.GetStockObject(NULL_PEN));
+                     gdi.Rectangle(dc, 1, 10, 3, 12);
+                     gdi.Rectangle(dc, 7, 12, 10, 14);
+                     gdi.SelectObject(dc, old_pen);
+                     gdi.SelectObject(dc, old_brush);
+                     gdi.DeleteObject(pen);
+                     gdi.DeleteObject(brush);
+                     return dc;
+                   }));
+  out.push_back(Op("fillrect_cases",
+                   "FillRect on teal: red brush (1,1)-(5,4); the BTNSHADOW system brush (COLOR_BTNSHADOW + 1)\n"
+                   "(6,1)-(11,4); blue partly outside (-2,6)-(3,14); green with the corners backwards\n"
+                   "(10,10)-(7,7); yellow empty (5,5)-(5,9)",
+                   12, 12, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc dc = NewSurface(gdi, 12, 12, kTeal);
+                     Handle red = gdi.CreateSolidBrush(kRed), blue = gdi.CreateSolidBrush(kBlue);
+                     Handle green = gdi.CreateSolidBrush(kGreen), yellow = gdi.CreateSolidBrush(kYellow);
+                     Rect a{1, 1, 5, 4}, b{6, 1, 11, 4}, c{-2, 6, 3, 14}, d{10, 10, 7, 7}, e{5, 5, 5, 9};
+                     gdi.FillRect(dc, &a, red);
+                     gdi.FillRect(dc, &b, static_cast<Handle>(COLOR_BTNSHADOW + 1));
+                     gdi.FillRect(dc, &c, blue);
+                     gdi.FillRect(dc, &d, green);
+                     gdi.FillRect(dc, &e, yellow);
+                     for (Handle h : {red, blue, green, yellow}) gdi.DeleteObject(h);
+                     return dc;
+                   }));
+  out.push_back(Op("blit_patterns",
+                   "BitBlt without a source, red brush selected, on columns yellow (0-7) and teal (8-15):\n"
+                   "rows 0-1 PATCOPY, rows 2-3 PATINVERT, rows 4-5 DSTINVERT, rows 6-7 untouched",
+                   16, 8, [](Gdi& gdi, ScenarioChecks& checks) {
+                     Hdc dc = TwoColumns(gdi);
+                     Handle brush = gdi.CreateSolidBrush(kRed);
+                     Hgdiobj old = gdi.SelectObject(dc, brush);
+                     checks.Check(gdi.BitBlt(dc, 0, 0, 16, 2, 0, 0, 0, kPatCopy), "PATCOPY returns TRUE");
+                     checks.Check(gdi.BitBlt(dc, 0, 2, 16, 2, 0, 0, 0, kPatInvert), "PATINVERT returns TRUE");
+                     checks.Check(gdi.BitBlt(dc, 0, 4, 16, 2, 0, 0, 0, kDstInvert), "DSTINVERT returns TRUE");
+                     gdi.SelectObject(dc, old);
+                     gdi.DeleteObject(brush);
+                     return dc;
+                   }));
+  out.push_back(Op("blit_clipped",
+                   "BitBlt SRCCOPY of the 8x4 colour source (columns red, green, blue, white) to a teal 12x10:\n"
+                   "6x6 from source (-2,-1) to (1,1); 4x2 from (6,2) to (8,7) (half outside the source);\n"
+                   "3x3 from (0,0) to (-1,8) (partly outside the destination)",
+                   12, 10, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc src = ColourSource(gdi);
+                     Hdc dst = NewSurface(gdi, 12, 10, kTeal);
+                     gdi.BitBlt(dst, 1, 1, 6, 6, src, -2, -1, SRCCOPY);
+                     gdi.BitBlt(dst, 8, 7, 4, 2, src, 6, 2, SRCCOPY);
+                     gdi.BitBlt(dst, -1, 8, 3, 3, src, 0, 0, SRCCOPY);
+                     return dst;
+                   }));
+  out.push_back(Op("blit_mono_to_mono",
+                   "BitBlt mono to mono: the 2x2 checker (white first) onto rows white (0-1), black (2-3):\n"
+                   "columns 0-3 SRCCOPY, columns 4-7 SRCINVERT; destination colours red text, blue background",
+                   8, 4, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc src = MonoSurface(gdi, true);
+                     Hdc dst = MonoSurface(gdi, false);
+                     gdi.SetTextColor(dst, kRed);
+                     gdi.SetBkColor(dst, kBlue);
+                     gdi.BitBlt(dst, 0, 0, 4, 4, src, 0, 0, SRCCOPY);
+                     gdi.BitBlt(dst, 4, 0, 4, 4, src, 4, 0, SRCINVERT);
+                     return dst;
+                   }));
+  out.push_back(Op("mono_colours",
+                   "Colours on an 8x4 monochrome bitmap (black): row 0 SetPixel of grey (128,128,128),\n"
+                   "(127,127,127), (255,128,0), (0,255,255), (200,0,0), (255,255,0), (64,64,255), (0,0,255);\n"
+                   "row 1 the same colours as 1-pixel pens; row 2 as brushes (FillRect 1x1); row 3 pure white\n"
+                   "then black by SetPixel",
+                   8, 4, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc dc = gdi.CreateCompatibleDC(0);
+                     gdi.SelectObject(dc, gdi.CreateBitmap(8, 4, 1, 1, nullptr));
+                     const ColorRef cs[8] = {Rgb(128, 128, 128), Rgb(127, 127, 127), Rgb(255, 128, 0),
+                                             Rgb(0, 255, 255),   Rgb(200, 0, 0),     Rgb(255, 255, 0),
+                                             Rgb(64, 64, 255),   Rgb(0, 0, 255)};
+                     for (int x = 0; x < 8; ++x) {
+                       gdi.SetPixel(dc, x, 0, cs[x]);
+                       Handle pen = gdi.CreatePen(PS_SOLID, 1, cs[x]);
+                       Hgdiobj old = gdi.SelectObject(dc, pen);
+                       Line(gdi, dc, x, 1, x + 1, 1);
+                       gdi.SelectObject(dc, old);
+                       gdi.DeleteObject(pen);
+                       Handle brush = gdi.CreateSolidBrush(cs[x]);
+                       Rect r{x, 2, x + 1, 3};
+                       gdi.FillRect(dc, &r, brush);
+                       gdi.DeleteObject(brush);
+                       gdi.SetPixel(dc, x, 3, x < 4 ? kWhite : kBlack);
+                     }
+                     return dc;
+                   }));
+  out.push_back(Op("stretch_colour_to_mono",
+                   "StretchBlt SRCCOPY of the 8x4 colour source (columns red, green, blue, white) with\n"
+                   "background blue to a black 8x8 monochrome bitmap at (0,0) 8x8",
+                   8, 8, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc src = ColourSource(gdi);
+                     gdi.SetBkColor(src, kBlue);
+                     Hdc dst = gdi.CreateCompatibleDC(0);
+                     gdi.SelectObject(dst, gdi.CreateBitmap(8, 8, 1, 1, nullptr));
+                     gdi.StretchBlt(dst, 0, 0, 8, 8, src, 0, 0, 8, 4, SRCCOPY);
+                     return dst;
+                   }));
+  out.push_back(Op("stretch_mono_shrink",
+                   "StretchBlt SRCCOPY of the 8x4 mono checker (white first) to (1,1) 3x2 and (5,1) 4x1 on teal;\n"
+                   "text colour brick, background dark blue",
+                   10, 4, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc src = MonoSurface(gdi, true);
+                     Hdc dst = NewSurface(gdi, 10, 4, kTeal);
+                     gdi.SetTextColor(dst, kBrick);
+                     gdi.SetBkColor(dst, kDark);
+                     gdi.StretchBlt(dst, 1, 1, 3, 2, src, 0, 0, 8, 4, SRCCOPY);
+                     gdi.StretchBlt(dst, 5, 1, 4, 1, src, 0, 0, 8, 4, SRCCOPY);
+                     return dst;
+                   }));
+  out.push_back(Op("stretch_rops_flips",
+                   "StretchBlt of the 3x3 nine colours on teal 12x12: SRCINVERT to (1,1) 5x5; SRCAND\n"
+                   "to (7,1) 4x4 from source x=2 width -3 (mirrored source); SRCCOPY to (1,11) 6x-4 (upside\n"
+                   "down); SRCCOPY to (8,7) 1x4 (one column) and (10,7) 2x1",
+                   12, 12, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc src = NineColours(gdi);
+                     Hdc dst = NewSurface(gdi, 12, 12, kTeal);
+                     gdi.StretchBlt(dst, 1, 1, 5, 5, src, 0, 0, 3, 3, SRCINVERT);
+                     gdi.StretchBlt(dst, 7, 1, 4, 4, src, 2, 0, -3, 3, SRCAND);
+                     gdi.StretchBlt(dst, 1, 11, 6, -4, src, 0, 0, 3, 3, SRCCOPY);
+                     gdi.StretchBlt(dst, 8, 7, 1, 4, src, 0, 0, 3, 3, SRCCOPY);
+                     gdi.StretchBlt(dst, 10, 7, 2, 1, src, 0, 0, 3, 3, SRCCOPY);
+                     return dst;
+                   }));
+  out.push_back(Op("stretch_shrink_uneven",
+                   "StretchBlt SRCCOPY of the 8x4 colour source (columns red, green, blue, white) to (0,0) 5x3\n"
+                   "and (6,0) 3x3 of the same colour source, mirrored (x=8, cx=-3), on teal 10x4",
+                   10, 4, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc src = ColourSource(gdi);
+                     Hdc dst = NewSurface(gdi, 10, 4, kTeal);
+                     gdi.StretchBlt(dst, 0, 0, 5, 3, src, 0, 0, 8, 4, SRCCOPY);
+                     gdi.StretchBlt(dst, 9, 0, -3, 3, src, 0, 0, 8, 4, SRCCOPY);
+                     return dst;
+                   }));
+  out.push_back(Op("state_bitmap_mono_union",
+                   "DrawState of the 6x6 bitmap (white, black L, red dot, one (250,250,250) pixel) on teal\n"
+                   "14x16: DSS_MONO with a blue brush at (1,1); DSS_UNION with a red brush at (8,1) and\n"
+                   "(8,8) (the dither counts from the image's corner), and with no brush at (1,8)",
+                   14, 16, [](Gdi& gdi, ScenarioChecks& checks) {
+                     Hdc dc = NewSurface(gdi, 14, 16, kTeal);
+                     Hbitmap b = StateSmallBitmap(gdi);
+                     Handle blue = gdi.CreateSolidBrush(kBlue), red = gdi.CreateSolidBrush(kRed);
+                     checks.Check(gdi.DrawStateA(dc, blue, b, "", 1, 1, 0, 0, DST_BITMAP | DSS_MONO),
+                                  "DSS_MONO returns TRUE");
+                     checks.Check(gdi.DrawStateA(dc, red, b, "", 8, 1, 0, 0, DST_BITMAP | DSS_UNION),
+                                  "DSS_UNION returns TRUE");
+                     gdi.DrawStateA(dc, red, b, "", 8, 8, 0, 0, DST_BITMAP | DSS_UNION);
+                     gdi.DrawStateA(dc, 0, b, "", 1, 8, 0, 0, DST_BITMAP | DSS_UNION);
+                     gdi.DeleteObject(blue);
+                     gdi.DeleteObject(red);
+                     return dc;
+                   }));
+  out.push_back(Op("state_bitmap_sized",
+                   "DrawState DST_BITMAP of the 6x6 bitmap on teal 12x10: DSS_NORMAL at (1,1) sized 4x3;\n"
+                   "DSS_DISABLED at (6,1) sized 5x8",
+                   12, 10, [](Gdi& gdi, ScenarioChecks&) {
+                     Hdc dc = NewSurface(gdi, 12, 10, kTeal);
+                     Hbitmap b = StateSmallBitmap(gdi);
+                     gdi.DrawStateA(dc, 0, b, "", 1, 1, 4, 3, DST_BITMAP | DSS_NORMAL);
+                     gdi.DrawStateA(dc, 0, b, "", 6, 1, 5, 8, DST_BITMAP | DSS_DISABLED);
+                     return dc;
+                   }));
+  // DrawEdge on shapes the other edge pictures do not have.
+  struct EdgeShape {
+    const char* name;
+    const char* what;
+    Rect rc;
+    std::uint32_t edge;
+    std::uint32_t flags;
+  };
+  const EdgeShape shapes[] = {
+      {"edge_small_middle", "EDGE_RAISED, BF_RECT | BF_MIDDLE on (1,1)-(4,4)", {1, 1, 4, 4}, EDGE_RAISED,
+       BF_RECT | BF_MIDDLE},
+      {"edge_diag_wide", "EDGE_RAISED, BF_DIAGONAL_ENDTOPRIGHT | BF_MIDDLE on (1,1)-(13,7)", {1, 1, 13, 7},
+       EDGE_RAISED, BF_DIAGONAL_ENDTOPRIGHT | BF_MIDDLE},
+      {"edge_diag_tall", "EDGE_SUNKEN, BF_DIAGONAL_ENDBOTTOMRIGHT | BF_MIDDLE on (1,1)-(6,13)", {1, 1, 6, 13},
+       EDGE_SUNKEN, BF_DIAGONAL_ENDBOTTOMRIGHT | BF_MIDDLE},
+      {"edge_diag_soft", "EDGE_RAISED, BF_DIAGONAL_ENDTOPLEFT | BF_SOFT on (1,1)-(11,11)", {1, 1, 11, 11},
+       EDGE_RAISED, BF_DIAGONAL_ENDTOPLEFT | BF_SOFT},
+      {"edge_diag_mono", "EDGE_BUMP, BF_DIAGONAL_ENDBOTTOMLEFT | BF_MONO | BF_MIDDLE on (1,1)-(11,11)",
+       {1, 1, 11, 11}, EDGE_BUMP, BF_DIAGONAL_ENDBOTTOMLEFT | BF_MONO | BF_MIDDLE},
+      {"edge_diag_flat", "EDGE_ETCHED, BF_DIAGONAL_ENDTOPRIGHT | BF_FLAT | BF_MIDDLE on (1,1)-(11,11)",
+       {1, 1, 11, 11}, EDGE_ETCHED, BF_DIAGONAL_ENDTOPRIGHT | BF_FLAT | BF_MIDDLE},
+      {"edge_etched_soft_left_bottom", "EDGE_ETCHED, BF_LEFT | BF_BOTTOM | BF_SOFT | BF_MIDDLE on (1,1)-(11,11)",
+       {1, 1, 11, 11}, EDGE_ETCHED, BF_LEFT | BF_BOTTOM | BF_SOFT | BF_MIDDLE},
+  };
+  for (const EdgeShape& e : shapes) {
+    RasterScenario s;
+    s.name = e.name;
+    s.file = std::string(e.name) + ".txt";
+    s.comment = std::string("DrawEdge ") + e.what + " of a 14x14 canvas";
+    s.width = s.height = 14;
+    s.legend = SysLegend();
+    s.draw = [e](Gdi& gdi, ScenarioChecks&) {
+      Hdc dc = NewSurface(gdi, 14, 14, kCanvas);
+      Rect rc = e.rc;
+      gdi.DrawEdge(dc, &rc, e.edge, e.flags);
+      return dc;
+    };
+    out.push_back(std::move(s));
+  }
+}
+
 }  // namespace
 
 Hdc ColourSource(Gdi& gdi) {
@@ -588,12 +919,18 @@ Hbitmap StateSmallBitmap(Gdi& gdi) {
 const std::vector<RasterScenario>& RasterScenarios() {
   static const std::vector<RasterScenario> all = [] {
     std::vector<RasterScenario> v;
-    AddEdges(v);
-    AddBlits(v);
-    AddPens(v);
-    AddStretches(v);
-    AddStateBitmaps(v);
-    AddTexts(v);
+    auto add = [&v](void (*fill)(std::vector<RasterScenario>&), const char* family) {
+      std::size_t first = v.size();
+      fill(v);
+      for (std::size_t i = first; i < v.size(); ++i) v[i].family = family;
+    };
+    add(AddEdges, "edge");
+    add(AddBlits, "blit");
+    add(AddPens, "pen");
+    add(AddStretches, "stretch");
+    add(AddStateBitmaps, "state");
+    add(AddTexts, "text");
+    add(AddOps, "ops");
     return v;
   }();
   return all;

@@ -42,6 +42,8 @@ class ScenarioChecks {
 
 struct RasterScenario {
   std::string name;     // e.g. "edge_raised_rect"
+  std::string family;   // edge, blit, pen, stretch, state, text, or ops (the further
+                        // operations checked against the platform)
   std::string file;     // the golden file under the raster folder
   std::string comment;  // the golden file's comment: what was drawn
   int width = 0;        // the picture's size

@@ -12,7 +12,7 @@ namespace {
 std::vector<std::string> EdgeScenarioNames() {
   std::vector<std::string> names;
   for (const auto& s : RasterScenarios())
-    if (s.name.rfind("edge_", 0) == 0 && s.name != "edge_raised_middle_adjust") names.push_back(s.name);
+    if (s.family == "edge" && s.name != "edge_raised_middle_adjust") names.push_back(s.name);
   return names;
 }
 
