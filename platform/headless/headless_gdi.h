@@ -3,7 +3,9 @@
 // selected into one DC at a time, DeleteObject refuses an object that is selected
 // (it stays in use), colour-to-monochrome copies map the source DC's background
 // colour to white, monochrome-to-colour copies map black to the destination's text
-// colour and white to its background colour.
+// colour and white to its background colour. Every pen is drawn one pixel wide,
+// whatever width it was made with (the platform draws wider pens as shapes with round
+// ends; nothing here draws with them).
 #pragma once
 #include <array>
 #include <map>
