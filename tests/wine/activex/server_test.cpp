@@ -253,10 +253,31 @@ void Draw() {
   d->Release();
 }
 
+// ---- resources ----
+
+void Resources(const std::wstring& path) {
+  HMODULE m = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  Check(m != nullptr, "the server loads as a data file");
+  if (!m) return;
+  Check(FindResourceW(m, MAKEINTRESOURCEW(1), L"TYPELIB") != nullptr, "the type library is resource TYPELIB 1");
+  int good = 0;
+  for (int id = 30000; id <= 30015; ++id) {
+    HBITMAP b = static_cast<HBITMAP>(LoadImageW(m, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, 0));
+    BITMAP info{};
+    if (b && GetObjectW(b, sizeof info, &info) && info.bmWidth == 16 && info.bmHeight == 15) ++good;
+    if (b) DeleteObject(b);
+  }
+  Check(good == 16, "sixteen 16 x 15 toolbox bitmaps, 30000 to 30015 (got " + std::to_string(good) + ")");
+  Check(FindResourceW(m, MAKEINTRESOURCEW(30016), MAKEINTRESOURCEW(2)) == nullptr, "no bitmap 30016");
+  FreeLibrary(m);
+}
+
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   CoInitialize(nullptr);
+  if (argc > 1) Resources(ServerPath(argv[1]));
+  else Check(false, "the server's path is given");
   for (const wchar_t* p : kProgIds) Interfaces(p);
   Unloading();
   for (const wchar_t* p : kProgIds) AboutBox(p);
