@@ -36,16 +36,18 @@ std::unique_ptr<Control> Make(Host& host, Platform& platform) {
 
 const ClassInfo kClasses[] = {
     {ClassKind::Control, L"KorvelToolbar", &CLSID_KorvelToolbar, &IID__KorvelToolbar, &DIID___KorvelToolbar,
-     kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar},
+     kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar,
+     OleControl::Create, {}},
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
-     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink},
+     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink, OleControl::Create, {}},
     {ClassKind::Control, L"KorvelBar", &CLSID_KorvelBar, &IID__KorvelBar, &DIID___KorvelBar, kBitmapBar,
-     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar},
+     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar, OleControl::Create, {}},
     {ClassKind::Control, L"KorvelDivider", &CLSID_KorvelDivider, &IID__KorvelDivider, &DIID___KorvelDivider,
-     kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider},
+     kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider,
+     OleControl::Create, {}},
     {ClassKind::Control, L"KorvelMiniSlider", &CLSID_KorvelMiniSlider, &IID__KorvelMiniSlider,
      &DIID___KorvelMiniSlider, kBitmapMiniSlider, kControlMisc, L"KorvelUI - KorvelMiniSlider",
-     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider},
+     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider, OleControl::Create, {}},
 };
 
 }  // namespace
