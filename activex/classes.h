@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "framework/control.h"
+#include "framework/property_page.h"
 
 #include <windows.h>
 #include <ocidl.h>
@@ -42,6 +43,8 @@ struct ClassInfo {
   // toolbar will list ktButtons once the page's COM object exists).
   // Null-terminated.
   const CLSID* pages[4];
+  // Creates the portable page (property pages only).
+  std::unique_ptr<PropertyPage> (*create_page)(Host& host, Platform& platform);
 };
 
 // The rows, in registration order; ClassCount() of them.
