@@ -40,6 +40,16 @@ void DrawCaption(Surface& s, const std::string& text, Rect rc, const FontRef& fo
 
 }  // namespace
 
+std::string StripMnemonic(const std::string& caption) {
+  std::string out;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&' && i + 1 < caption.size()) ++i;
+    else if (caption[i] == '&') continue;
+    out += caption[i];
+  }
+  return out;
+}
+
 void Label::Paint(Surface& s) const {
   DrawCaption(s, caption, rect, font, fore_color, alignment | (word_wrap ? DT_WORDBREAK : DT_SINGLELINE));
 }
@@ -57,7 +67,18 @@ void CommandButton::Paint(Surface& s) const {
     face = Rect{rect.left + 1, rect.top + 1, rect.right - 1, rect.bottom - 1};
   }
   DrawEdgeRect(p, s.hDC(), face, static_cast<std::int32_t>(EDGE_RAISED), true);
-  DrawCaption(s, caption, face, font, 0x80000012, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+  if (enabled) {
+    DrawCaption(s, caption, face, font, 0x80000012, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+    return;
+  }
+  // Disabled: the caption embossed, centred as the enabled one is.
+  Gdi& gdi = p.gdi();
+  ScopedFont f(s, font);
+  Size ext;
+  gdi.GetTextExtentPoint32A(s.hDC(), StripMnemonic(caption), &ext);
+  int x = (face.left + face.right - ext.cx) / 2;
+  int y = (face.top + face.bottom - ext.cy) / 2;
+  if (!caption.empty()) gdi.DrawStateA(s.hDC(), 0, 0, caption, x, y, 0, 0, DST_PREFIXTEXT | DSS_DISABLED);
 }
 
 }  // namespace korvel

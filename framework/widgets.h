@@ -36,10 +36,19 @@ struct CommandButton {
   FontRef font;
   bool is_default = false;  // the default button has a black frame
   std::function<void()> on_click;
+  bool enabled = true;  // a disabled button greys its caption and ignores clicks
+  // The button is pressed (by the user or by code): Click runs unless it is disabled.
+  void Click() {
+    if (enabled && on_click) on_click();
+  }
   void Paint(Surface& s) const;
   bool Contains(float x, float y) const {
     return x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom;
   }
 };
+
+// A caption as it shows: "&" marks the next character as the mnemonic and "&&"
+// stands for one "&".
+std::string StripMnemonic(const std::string& caption);
 
 }  // namespace korvel

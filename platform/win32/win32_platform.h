@@ -15,6 +15,8 @@
 
 namespace korvel::win32 {
 
+// GDI and USER drawing calls. Text is UTF-8 and goes through the wide calls
+// (DrawTextW, DrawStateW, TextOutW, GetTextExtentPoint32W, CreateFontIndirectW).
 class Win32Gdi : public Gdi {
  public:
   ColorRef GetSysColor(int index) override;
@@ -52,13 +54,23 @@ class Win32Gdi : public Gdi {
   Image ImageOfBitmap(Hbitmap bitmap) override;
 };
 
-// SurfaceSite on Win32: a 32-bit DIB section selected into a memory DC (the
-// persistent image), and, while the surface has a parent window, a child window of
-// the class "KorvelSurface" that shows it (WM_PAINT copies the image).
+// SurfaceSite on Win32: a 32-bit top-down DIB section selected into a memory DC
+// (the persistent image; white when made, and when it grows the new area is white
+// and the old content stays at the top left), and, while the surface has a parent
+// window, a child window of the class "KorvelSurface" (CS_DBLCLKS, no background
+// brush) that shows it: WM_PAINT copies the image. The window keeps the surface's
+// position and size; a surface made with parent 0 has no window until
+// SetParentWindow. Mouse pointers apply on WM_SETCURSOR: 0 the class's arrow, 99 the
+// hand, the host's other pointer numbers their standard cursors.
 class Win32SurfaceSite : public SurfaceSite {
  public:
+  // The window class is registered in the module that holds this code.
   Win32SurfaceSite(Hwnd parent, int width, int height);
+  // The window class is registered in module (once per module).
+  Win32SurfaceSite(Handle module, Hwnd parent, int width, int height);
   ~Win32SurfaceSite() override;
+  Win32SurfaceSite(const Win32SurfaceSite&) = delete;
+  Win32SurfaceSite& operator=(const Win32SurfaceSite&) = delete;
 
   Hdc Dc() override;
   Hwnd Window() override;
@@ -73,8 +85,13 @@ class Win32SurfaceSite : public SurfaceSite {
   void SetToolTipText(const std::string& text) override;
   void SetMousePointer(int pointer) override;
 
-  // Messages of the surface's window (mouse, keys, focus, capture) reach this first;
-  // it returns true when it handled one. Exceptions never leave the window
+  // Messages of the surface's window reach this first: mouse (WM_MOUSEFIRST to
+  // WM_MOUSELAST: moves, buttons, double clicks, wheels), keys (WM_KEYFIRST to
+  // WM_KEYLAST: WM_KEYDOWN/UP, WM_CHAR, the WM_SYS* forms), WM_SETFOCUS,
+  // WM_KILLFOCUS, WM_CAPTURECHANGED, WM_MOUSELEAVE (tracked from the first mouse move
+  // after each leave), WM_MOUSEACTIVATE, WM_GETDLGCODE, WM_TIMER and WM_CANCELMODE.
+  // It returns true when it handled one (the window procedure then returns 0);
+  // otherwise the default processing follows. Exceptions never leave the window
   // procedure: one thrown by the handler is swallowed there.
   std::function<bool(unsigned msg, std::uintptr_t wparam, std::intptr_t lparam)> on_message;
 
@@ -85,13 +102,27 @@ class Win32SurfaceSite : public SurfaceSite {
   // (a container's IViewObject::Draw).
   void DrawTo(Hdc dc, int x, int y, int cx, int cy);
 
+  // The surface window's class name.
+  static constexpr const char* kWindowClass = "KorvelSurface";
+  // Removes the window class from module (the server calls this when it unloads;
+  // no surface window of that module may be left). Registration happens again on
+  // the next window.
+  static void ReleaseWindowClass(Handle module);
+  // The tool tip control while the surface shows a tip (0 otherwise).
+  Hwnd ToolTipWindow();
+  int MousePointer();
+
  private:
   struct Impl;
   std::unique_ptr<Impl> impl_;
 };
 
-class Win32User : public User { /* every User call, mapped one to one */
+// Window manager calls. Text goes through the wide calls (UTF-8 converted).
+class Win32User : public User {
  public:
+  // module: the instance handle given to CreateWindowExA.
+  explicit Win32User(Handle module = 0) : module_(module) {}
+
   Hwnd SetCapture(Hwnd wnd) override;
   bool ReleaseCapture() override;
   Hwnd GetCapture() override;
@@ -100,15 +131,47 @@ class Win32User : public User { /* every User call, mapped one to one */
   std::int32_t GetWindowLongA(Hwnd wnd, std::int32_t index) override;
   std::int32_t SetWindowLongA(Hwnd wnd, std::int32_t index, std::int32_t value) override;
   bool SetWindowPos(Hwnd wnd, Hwnd after, int x, int y, int cx, int cy, std::uint32_t flags) override;
+  // Passed on unchanged (SendMessageA): a message that carries text carries it in
+  // the ANSI code page.
   std::intptr_t SendMessageA(Hwnd wnd, std::uint32_t msg, std::uintptr_t wparam, std::intptr_t lparam) override;
   bool InvalidateRect(Hwnd wnd, const Rect* rc, bool erase) override;
+  // Through CreateWindowExW with the module's instance handle.
   Hwnd CreateWindowExA(std::uint32_t ex_style, const std::string& class_name, const std::string& title,
                        std::uint32_t style, int x, int y, int cx, int cy, Hwnd parent, Handle menu) override;
-  // ... and the rest of User's calls (see framework/platform.h).
+  bool DestroyWindow(Hwnd wnd) override;
+  // SPI_GETNONCLIENTMETRICS is answered through the wide call and translated into
+  // the 340-byte record (face names as UTF-8); other actions are passed on unchanged.
+  bool SystemParametersInfoA(std::uint32_t action, std::uint32_t param, void* data,
+                             std::uint32_t win_ini) override;
+
+ private:
+  Handle module_ = 0;
 };
 
-class Win32Shell;    // ShellExecuteA, SHBrowseForFolderA, SHGetPathFromIDListA
-class Win32Dialogs;  // GetOpenFileNameA, GetSaveFileNameA, ChooseColorA, ChooseFontA
+// Shell calls through their wide forms.
+class Win32Shell : public Shell {
+ public:
+  // An empty verb, parameter or directory text is passed as no text (NULL).
+  Handle ShellExecuteA(Hwnd wnd, const std::string& verb, const std::string& file, const std::string& parameters,
+                       const std::string& directory, int show) override;
+  // The display name is written back into pszDisplayName (260 bytes) when it is set.
+  // lpfn is passed on as a BFFCALLBACK of the wide call.
+  Handle SHBrowseForFolderA(BROWSEINFOA* bi) override;
+  // Writes the path as UTF-8 (at most 259 bytes and the NUL).
+  bool SHGetPathFromIDListA(Handle idlist, char* path) override;
+};
+
+// Common dialogs through their wide forms: each record is translated field by field
+// into the platform's own (sized for the build), the dialog is shown, and the
+// results (buffers, offsets, flags, colours, custom colours, the font) are copied
+// back. Hooks and templates are passed on as they are.
+class Win32Dialogs : public Dialogs {
+ public:
+  bool GetOpenFileNameA(OPENFILENAMEA* ofn) override;
+  bool GetSaveFileNameA(OPENFILENAMEA* ofn) override;
+  bool ChooseColorA(CHOOSECOLORA* cc) override;
+  std::int32_t ChooseFontA(CHOOSEFONTA* cf) override;
+};
 
 class Win32Platform : public Platform {
  public:
