@@ -3,6 +3,7 @@
 #include "controls/divider/divider.h"
 #include "controls/link/link.h"
 #include "controls/minislider/minislider.h"
+#include "controls/toolbar/kt_buttons.h"
 #include "activex/classes.h"
 
 #include "activex/ole_control.h"
@@ -32,6 +33,11 @@ std::unique_ptr<Control> Make(Host& host, Platform& platform) {
   return std::make_unique<C>(host, platform);
 }
 
+template <class P>
+std::unique_ptr<PropertyPage> MakePage(Host& host, Platform& platform) {
+  return std::make_unique<P>(host, platform);
+}
+
 const ClassInfo kClasses[] = {
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
      kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink},
@@ -42,6 +48,8 @@ const ClassInfo kClasses[] = {
     {ClassKind::Control, L"KorvelMiniSlider", &CLSID_KorvelMiniSlider, &IID__KorvelMiniSlider,
      &DIID___KorvelMiniSlider, kBitmapMiniSlider, kControlMisc, L"KorvelUI - KorvelMiniSlider",
      Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider},
+    {ClassKind::PropertyPage, L"ktButtons", &CLSID_ktButtons, &IID__ktButtons, nullptr, 0, 0,
+     L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, MakePage<ktButtons>},
 };
 
 }  // namespace

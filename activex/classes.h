@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "framework/control.h"
+#include "framework/property_page.h"
 
 #include <windows.h>
 #include <ocidl.h>
@@ -35,6 +36,8 @@ struct ClassInfo {
   std::unique_ptr<Control> (*create_control)(Host& host, Platform& platform);
   // Creates the dual-interface adapter of an object of this class.
   std::unique_ptr<DualBase> (*create_dual)(OleControl& owner);
+  // Creates the portable page on its host and platform (property pages only).
+  std::unique_ptr<PropertyPage> (*create_page)(Host& host, Platform& platform) = nullptr;
 };
 
 // The rows, in registration order; ClassCount() of them.

@@ -6,6 +6,7 @@
 
 #include "activex/classes.h"
 #include "activex/ole_control.h"
+#include "activex/property_page.h"
 #include "korvelui99.h"
 
 #include <olectl.h>
@@ -39,6 +40,7 @@ class ClassFactory : public IClassFactory {
   }
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** out) override {
     try {
+      if (cls_.kind == ClassKind::PropertyPage) return OlePropertyPage::Create(cls_, outer, riid, out);
       return OleControl::Create(cls_, outer, riid, out);
     } catch (...) {
       if (out) *out = nullptr;
