@@ -658,7 +658,8 @@ void OlePropertyPage::OnCommand(int id, int code, HWND control) {
     return;
   const PageField& field = fields[static_cast<size_t>(index)];
   const FocusState before = FocusOf(*page_);
-  bool user_action = false;
+  bool user_action = false;  // a click or a choice: the page may move the focus
+  bool handled = false;      // the field heard of it: the controls follow
   std::visit(Overloaded{
                  [&](Label*) {},
                  [&](Frame*) {},
@@ -668,6 +669,7 @@ void OlePropertyPage::OnCommand(int id, int code, HWND control) {
                    } else if (code == EN_CHANGE) {
                      // What the user typed; a disabled box takes nothing and gets its
                      // text back below.
+                     handled = true;
                      if (f->Enabled()) f->SetText(Narrow(WindowText(control).c_str()));
                      DWORD start = 0, end = 0;
                      SendMessageW(control, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
@@ -680,24 +682,25 @@ void OlePropertyPage::OnCommand(int id, int code, HWND control) {
                      f->SetFocus();
                    } else if (code == CBN_SELCHANGE) {
                      f->Choose(static_cast<std::int32_t>(SendMessageW(control, CB_GETCURSEL, 0, 0)));
-                     user_action = true;
+                     user_action = handled = true;
                    }
                  },
                  [&](CheckBox* f) {
                    if (code == BN_CLICKED) {
                      f->Toggle();
-                     user_action = true;
+                     user_action = handled = true;
                    }
                  },
                  [&](CommandButton* f) {
                    if (code == BN_CLICKED) {
                      f->Click();
-                     user_action = true;
+                     user_action = handled = true;
                    }
                  },
              },
              field);
-  if (!window_) return;  // the page was deactivated meanwhile
+  // Other notifications (EN_UPDATE before EN_CHANGE, focus) leave the controls alone.
+  if (!handled || !window_) return;  // (or the page was deactivated meanwhile)
   SyncControls();
   // The page moved the focus (a key to correct): the real focus and selection follow.
   const FocusState after = FocusOf(*page_);
