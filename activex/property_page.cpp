@@ -597,7 +597,12 @@ void OlePropertyPage::CreateControls() {
 
 void OlePropertyPage::SyncControls() {
   if (!window_) return;
-  syncing_ = true;
+  // The controls' own notifications while they are set are not the user's.
+  struct Syncing {
+    bool& flag;
+    explicit Syncing(bool& f) : flag(f) { flag = true; }
+    ~Syncing() { flag = false; }
+  } syncing(syncing_);
   const std::vector<PageField>& fields = page_->Fields();
   for (size_t i = 0; i < fields.size() && i < controls_.size(); ++i) {
     HWND c = controls_[i];
@@ -646,7 +651,6 @@ void OlePropertyPage::SyncControls() {
                },
                fields[i]);
   }
-  syncing_ = false;
 }
 
 void OlePropertyPage::OnCommand(int id, int code, HWND control) {

@@ -12,8 +12,10 @@
 #include <vector>
 
 #include <windows.h>
+#include <commctrl.h>
 #include <ocidl.h>
 #include <olectl.h>
+#include <prsht.h>
 
 #include "korvelui99.h"
 
@@ -569,6 +571,87 @@ IPropertyPage* NewPage() {
 LRESULT CALLBACK FrameProc(HWND w, UINT m, WPARAM wp, LPARAM lp) { return DefWindowProcW(w, m, wp, lp); }
 
 // ---------------------------------------------------------------------------
+// The platform's own property frame (OleCreatePropertyFrame) around the page
+// ---------------------------------------------------------------------------
+
+struct FrameWatch {
+  bool found = false;
+  std::wstring title, tab, label, key;
+  bool key_enabled = true;
+  RECT page_rect{}, dialog_rect{};
+  HANDLE thread = nullptr;
+};
+
+BOOL CALLBACK FindSheet(HWND w, LPARAM lp) {
+  if (!IsWindowVisible(w) || _wcsicmp(ClassOf(w).c_str(), L"#32770") != 0) return TRUE;
+  if (Text(w).find(L"Toolbar1") == std::wstring::npos) return TRUE;
+  *reinterpret_cast<HWND*>(lp) = w;
+  return FALSE;
+}
+
+BOOL CALLBACK FindPage(HWND w, LPARAM lp) {
+  if (_wcsicmp(ClassOf(w).c_str(), L"KorvelPropertyPage") != 0) return TRUE;
+  *reinterpret_cast<HWND*>(lp) = w;
+  return FALSE;
+}
+
+DWORD WINAPI FrameWatchProc(void* arg) {
+  auto* w = static_cast<FrameWatch*>(arg);
+  for (int i = 0; i < 500 && !w->found; ++i) {
+    Sleep(10);
+    HWND sheet = nullptr;
+    EnumWindows(FindSheet, reinterpret_cast<LPARAM>(&sheet));
+    if (!sheet) continue;
+    HWND page = nullptr;
+    EnumChildWindows(sheet, FindPage, reinterpret_cast<LPARAM>(&page));
+    if (!page || !IsWindowVisible(page)) continue;
+    w->title = Text(sheet);
+    HWND tab = FindWindowExW(sheet, nullptr, L"SysTabControl32", nullptr);
+    wchar_t buf[128] = {};
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    item.pszText = buf;
+    item.cchTextMax = 128;
+    if (tab) SendMessageW(tab, TCM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    w->tab = buf;
+    w->label = Text(GetDlgItem(page, kFirst + CurButtonLabel));
+    w->key = Text(GetDlgItem(page, kFirst + KeyBox));
+    w->key_enabled = IsWindowEnabled(GetDlgItem(page, kFirst + KeyBox)) != FALSE;
+    w->page_rect = RectIn(GetParent(page), page);
+    GetClientRect(GetParent(page), &w->dialog_rect);
+    w->found = true;
+    PostMessageW(sheet, PSM_PRESSBUTTON, PSBTN_CANCEL, 0);
+  }
+  return 0;
+}
+
+void PlatformFrame(HWND owner, FakeToolbar& toolbar) {
+  FrameWatch watch;
+  const size_t calls = toolbar.calls.size();
+  watch.thread = CreateThread(nullptr, 0, FrameWatchProc, &watch, 0, nullptr);
+  IUnknown* objs[] = {&toolbar};
+  CLSID pages[] = {CLSID_ktButtons};
+  HRESULT hr = OleCreatePropertyFrame(owner, 0, 0, L"Toolbar1", 1, objs, 1, pages, LOCALE_USER_DEFAULT, 0, nullptr);
+  WaitForSingleObject(watch.thread, 10000);
+  CloseHandle(watch.thread);
+  Check(hr == S_OK, "OleCreatePropertyFrame with the Buttons page " + Hex(hr));
+  Check(watch.found, "the frame shows the page window (frame \"" + Narrow(watch.title) + "\")");
+  Check(watch.tab == L"Buttons", "the frame's tab reads \"Buttons\" (got \"" + Narrow(watch.tab) + "\")");
+  Check(watch.label == L"1" && watch.key == L"FileOpen" && !watch.key_enabled,
+        "the page in the frame shows the toolbar's first item, a separator (got #" + Narrow(watch.label) + " \"" +
+            Narrow(watch.key) + "\"" + (watch.key_enabled ? " enabled" : " disabled") + ")");
+  // The frame activates the page with its page dialog's client rectangle at that
+  // moment and never moves it afterwards.
+  Check(watch.page_rect.left == 0 && watch.page_rect.top == 0 && watch.page_rect.right >= 340 &&
+            watch.page_rect.bottom >= 200,
+        "the page sits at the top left of the frame's page dialog, at least 340 x 200 (got " +
+            RectText(watch.page_rect) + " in " + RectText(watch.dialog_rect) + ")");
+  Check(toolbar.calls.size() == calls + 1 && !toolbar.calls.back().update,
+        "the frame's SetObjects fetched the list once");
+  Check(toolbar.refs == 1, "the frame let the page and the toolbar go");
+}
+
+// ---------------------------------------------------------------------------
 // A real toolbar, when the server has one
 // ---------------------------------------------------------------------------
 
@@ -1038,6 +1121,9 @@ int main(int argc, char** argv) {
       Check(plain.refs == 1, "the object is released");
     }
   }
+
+  // ---- the platform's property frame ----
+  PlatformFrame(frame, toolbar);
 
   // ---- a real toolbar ----
   RealToolbar(frame, site, watch);
