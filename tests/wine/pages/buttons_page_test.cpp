@@ -790,6 +790,24 @@ void RealToolbar(HWND frame, Site& site, BoxWatch& watch) {
     page->Release();
     g_page = nullptr;
   }
+  // A new page loads what the toolbar now holds.
+  if (IPropertyPage* again = NewPage()) {
+    IUnknown* objs[] = {toolbar};
+    again->SetObjects(1, objs);
+    RECT rc{10, 10, 350, 210};
+    again->Activate(frame, &rc, TRUE);
+    again->Show(SW_SHOW);
+    g_page = FindWindowExW(frame, nullptr, L"KorvelPropertyPage", nullptr);
+    Check(Shown() == "#1 key \"Cut\" tip \"Cut text\" style 0 enabled 1 value 0 width \"1\"",
+          "a new page over the real toolbar shows its first button (got " + Shown() + ")");
+    Click(RightButton);
+    Check(Shown() == "#2 key \"Cut\" tip \"Cut text\" style 0 enabled 1 value 0 width \"1\"",
+          "and moves it right (got " + Shown() + ")");
+    again->Deactivate();
+    again->SetObjects(0, nullptr);
+    again->Release();
+    g_page = nullptr;
+  }
   (void)watch;
   if (ole) {
     ole->SetClientSite(nullptr);
