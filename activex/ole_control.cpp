@@ -400,8 +400,16 @@ HRESULT OleControl::CallMember(const Member& m, VARIANT* const* args, int count,
         if (V_VT(&v) != VT_DISPATCH && V_VT(&v) != VT_UNKNOWN && V_VT(&v) != VT_EMPTY) hr = DISP_E_TYPEMISMATCH;
       } else if (want == VT_SAFEARRAY) {
         if (!(V_VT(&v) & VT_ARRAY) && V_VT(&v) != VT_EMPTY) hr = DISP_E_TYPEMISMATCH;
+      } else if (want == VT_UI4) {
+        // Colours: a signed 32-bit value (&H8000000F& from a script) keeps its bits.
+        hr = VariantChangeType(&v, &v, 0, VT_I4);
+        if (FAILED(hr)) hr = VariantChangeType(&v, &v, 0, VT_UI4);
+        if (SUCCEEDED(hr)) V_VT(&v) = VT_UI4;
       } else if (want != VT_VARIANT) {
-        hr = VariantChangeType(&v, &v, 0, want);
+        HRESULT changed = VariantChangeType(&v, &v, 0, want);
+        // A number out of the parameter's range goes to the core as it is, whose
+        // conversion raises the run-time error (Overflow) the caller sees.
+        if (FAILED(changed) && changed != DISP_E_OVERFLOW) hr = changed;
       }
     }
     if (SUCCEEDED(hr)) {
@@ -494,6 +502,8 @@ HRESULT OleControl::Invoke(DISPID id, REFIID riid, LCID, WORD flags, DISPPARAMS*
     VariantInit(&local);
     HRESULT hr = CallMember(*m, ordered.data(), n, result ? result : &local, excep, arg_err);
     VariantClear(&local);
+    // Late-bound callers get colours as the language's signed Long.
+    if (SUCCEEDED(hr) && result && V_VT(result) == VT_UI4) V_VT(result) = VT_I4;
     return hr;
   } catch (...) {
     return E_UNEXPECTED;

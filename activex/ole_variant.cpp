@@ -140,7 +140,7 @@ IDispatch* ObjectBridge::ToOle(const FontRef& font) {
   fd.fUnderline = font->Underline();
   fd.fStrikethrough = font->Strikethrough();
   IDispatch* disp = nullptr;
-  if (FAILED(OleCreateFontIndirect(&fd, IID_IFontDisp, reinterpret_cast<void**>(&disp))) || !disp)
+  if (FAILED(OleCreateFontIndirect(&fd, IID_IDispatch, reinterpret_cast<void**>(&disp))) || !disp)
     throw RuntimeError(kErrTypeMismatch);
   disp->AddRef();
   fonts_.emplace_back(font, disp);

@@ -11,15 +11,13 @@
 namespace korvel {
 
 std::vector<std::pair<std::string, Variant>>::iterator PropertyBag::Find(const std::string& name) {
-  for (auto it = entries_.begin(); it != entries_.end(); ++it)
-    if (CompareText(it->first, name) == 0) return it;
-  return entries_.end();
+  auto at = index_.find(UCase(name));
+  return at == index_.end() ? entries_.end() : entries_.begin() + static_cast<std::ptrdiff_t>(at->second);
 }
 
 std::vector<std::pair<std::string, Variant>>::const_iterator PropertyBag::Find(const std::string& name) const {
-  for (auto it = entries_.begin(); it != entries_.end(); ++it)
-    if (CompareText(it->first, name) == 0) return it;
-  return entries_.end();
+  auto at = index_.find(UCase(name));
+  return at == index_.end() ? entries_.end() : entries_.begin() + static_cast<std::ptrdiff_t>(at->second);
 }
 
 Variant PropertyBag::ReadProperty(const std::string& name, const Variant& def) const {
@@ -37,17 +35,22 @@ void PropertyBag::WriteProperty(const std::string& name, const Variant& value, c
 
 void PropertyBag::WriteProperty(const std::string& name, const Variant& value) {
   auto it = Find(name);
-  if (it != entries_.end())
+  if (it != entries_.end()) {
     it->second = value;
-  else
+  } else {
+    index_.emplace(UCase(name), entries_.size());
     entries_.emplace_back(name, value);
+  }
 }
 
 bool PropertyBag::Contains(const std::string& name) const { return Find(name) != entries_.end(); }
 
 void PropertyBag::Remove(const std::string& name) {
   auto it = Find(name);
-  if (it != entries_.end()) entries_.erase(it);
+  if (it == entries_.end()) return;
+  entries_.erase(it);
+  index_.clear();
+  for (std::size_t i = 0; i < entries_.size(); ++i) index_.emplace(UCase(entries_[i].first), i);
 }
 
 std::vector<std::string> PropertyBag::Keys() const {

@@ -3,6 +3,7 @@
 #pragma once
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -26,7 +27,10 @@ class PropertyBag {
 
   bool Contains(const std::string& name) const;
   void Remove(const std::string& name);
-  void Clear() { entries_.clear(); }
+  void Clear() {
+    entries_.clear();
+    index_.clear();
+  }
   std::size_t Size() const { return entries_.size(); }
   // The keys in the order they were first written.
   std::vector<std::string> Keys() const;
@@ -46,6 +50,9 @@ class PropertyBag {
   std::vector<std::pair<std::string, Variant>>::const_iterator Find(const std::string& name) const;
 
   std::vector<std::pair<std::string, Variant>> entries_;
+  // Position of each key in entries_, by its upper-cased name: a lookup costs the
+  // same in a bag of ten keys and in one of thousands.
+  std::unordered_map<std::string, std::size_t> index_;
 };
 
 std::string Base64Encode(const std::vector<std::uint8_t>& bytes);

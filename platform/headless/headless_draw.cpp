@@ -58,27 +58,6 @@ bool EdgeResult(std::uint32_t type, std::uint32_t flags) {
   return !(((type & BDR_INNER) == BDR_INNER || (type & BDR_OUTER) == BDR_OUTER) && !(flags & (BF_FLAT | BF_MONO)));
 }
 
-// Visits the pixels of a pen line from (x0, y0) towards (x1, y1), the last point
-// excluded, in the order and positions LineTo draws them.
-template <typename F>
-void WalkLine(int x0, int y0, int x1, int y1, F&& plot) {
-  int dx = std::abs(x1 - x0), sx = x0 < x1 ? 1 : -1;
-  int dy = -std::abs(y1 - y0), sy = y0 < y1 ? 1 : -1;
-  int err = dx + dy;
-  while (!(x0 == x1 && y0 == y1)) {
-    plot(x0, y0);
-    int e2 = 2 * err;
-    if (e2 >= dy) {
-      err += dy;
-      x0 += sx;
-    }
-    if (e2 <= dx) {
-      err += dx;
-      y0 += sy;
-    }
-  }
-}
-
 std::vector<std::uint32_t> DecodeUtf8(const std::string& s) {
   std::vector<std::uint32_t> out;
   for (std::size_t i = 0; i < s.size();) {
@@ -329,7 +308,7 @@ bool HeadlessGdi::DrawEdge(Hdc dc, Rect* rc, std::uint32_t edge, std::uint32_t f
   const Rect r = *rc;
   auto fill = [&](int l, int t, int rr, int b, signed char color) {
     if (color < 0 || rr <= l || b <= t) return;
-    FillSolid(dc, Rect{l, t, rr, b}, GetSysColor(color));
+    FillSolid(dc, Rect{l, t, rr, b}, GetSysColor(color), Paint::kPen);
   };
   if (flags & BF_TOP) fill(r.left, r.top, r.right, r.top + 1, lt_outer);
   if (flags & BF_LEFT) fill(r.left, r.top, r.left + 1, r.bottom, lt_outer);
@@ -346,8 +325,10 @@ bool HeadlessGdi::DrawEdge(Hdc dc, Rect* rc, std::uint32_t edge, std::uint32_t f
     if (flags & BF_RIGHT) in.right -= add;
     if (flags & BF_TOP) in.top += add;
     if (flags & BF_BOTTOM) in.bottom -= add;
+    // The middle is a FillRect: a rectangle the lines have turned inside out still
+    // covers the pixels PatBlt gives it.
     if ((flags & BF_MIDDLE) && result)
-      FillSolid(dc, in, GetSysColor((flags & BF_MONO) ? COLOR_WINDOW : COLOR_BTNFACE));
+      FillSolid(dc, PatBltArea(in), GetSysColor((flags & BF_MONO) ? COLOR_WINDOW : COLOR_BTNFACE));
     if (flags & BF_ADJUST) *rc = in;
   }
   return result;
@@ -418,11 +399,12 @@ bool HeadlessGdi::DrawStateA(Hdc dc, Handle brush, Handle data, const std::strin
     if (old_font) SelectObject(mem, old_font);
     if (drawn) {
       if (flags & DSS_UNION) {
-        // Dithers the mask: the 55AA pattern ORed in (white where x + y is even).
+        // Dithers the mask: the 55AA pattern ORed in (white where x + y is odd,
+        // counted from the image's top left corner).
         BitmapObj* m = Bitmap(mask);
         for (int j = 0; j < cy; ++j)
           for (int i = 0; i < cx; ++i)
-            if (((i + j) & 1) == 0) Plot(*m, i, j, kWhite);
+            if (((i + j) & 1) == 1) Plot(*m, i, j, kWhite);
       }
       constexpr std::uint32_t kMaskPaint = 0x00B8074A;  // S ? D : P
       DcObj* dd = Dc(dc);
@@ -651,7 +633,7 @@ void HeadlessGdi::DrawTextRun(Hdc dc, int x, int y, const std::string& run, cons
   LOGFONTA lf = DcFont(dc);
   Size s = text_->Measure(lf, run);
   if (!clip) {
-    if (d->bk_mode == OPAQUE) FillSolid(dc, Rect{x, y, x + s.cx, y + s.cy}, d->bk_color);
+    if (d->bk_mode == OPAQUE) FillSolid(dc, Rect{x, y, x + s.cx, y + s.cy}, d->bk_color, Paint::kNearest);
     text_->Draw(*b, x, y, lf, run, d->text_color);
     return;
   }
@@ -718,7 +700,6 @@ bool HeadlessGdi::StretchBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int
   ColorRef pattern = 0;
   if (auto it = objects_.find(dd->brush); it != objects_.end())
     if (auto* br = std::get_if<BrushObj>(&it->second)) pattern = br->null ? 0 : br->color;
-  if (db->mono) pattern = ToMonoNearest(pattern);
 
   // Source pixels converted to the destination's format first.
   auto fetch = [&](int sx, int sy, ColorRef* out) {
@@ -772,7 +753,7 @@ bool HeadlessGdi::StretchBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int
       if (!have[k]) continue;
       int tx = x + i * dxi, ty = y + j * dyi;
       if (!db->Inside(tx, ty)) continue;
-      Plot(*db, tx, ty, ApplyRop3(rop, pattern, img[k], db->At(tx, ty)));
+      Plot(*db, tx, ty, ApplyRop3(rop, PaintColor(dst, pattern, Paint::kBrush, tx, ty), img[k], db->At(tx, ty)));
     }
   return true;
 }

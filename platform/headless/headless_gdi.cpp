@@ -152,8 +152,55 @@ Handle HeadlessGdi::SysColorBrush(int index) {
 }
 
 ColorRef HeadlessGdi::ToMonoNearest(ColorRef c) {
-  int sum = RedOf(c) + GreenOf(c) + BlueOf(c);
-  return sum >= 384 ? kWhite : kBlack;
+  auto sq = [](int v) { return v * v; };
+  int to_black = sq(RedOf(c)) + sq(GreenOf(c)) + sq(BlueOf(c));
+  int to_white = sq(255 - RedOf(c)) + sq(255 - GreenOf(c)) + sq(255 - BlueOf(c));
+  return to_white < to_black ? kWhite : kBlack;  // never equal for whole components
+}
+
+Rect HeadlessGdi::PatBltArea(const Rect& rc) {
+  Rect a = rc;
+  if (a.right < a.left) a = Rect{a.right + 1, a.top, a.left + 1, a.bottom};
+  if (a.bottom < a.top) a = Rect{a.left, a.bottom + 1, a.right, a.top + 1};
+  return a;
+}
+
+namespace {
+
+// The ordered-dither thresholds (a 16 x 16 Bayer matrix: each entry is the
+// previous size's entry times four plus the quadrant's offset 0, 2, 3, 1).
+int DitherThreshold(int x, int y) {
+  int t = 0;
+  for (int bit = 3; bit >= 0; --bit) {
+    int xb = (x >> (3 - bit)) & 1, yb = (y >> (3 - bit)) & 1;
+    int q = yb ? (xb ? 1 : 3) : (xb ? 2 : 0);
+    t |= q << (2 * bit);
+  }
+  return t;
+}
+
+}  // namespace
+
+ColorRef HeadlessGdi::PaintColor(Hdc dc, ColorRef color, Paint paint, int x, int y) {
+  color &= 0xFFFFFF;
+  BitmapObj* b = DcBitmap(dc);
+  if (!b || !b->mono || color == kBlack || color == kWhite) return color;
+  switch (paint) {
+    case Paint::kNearest:
+      return ToMonoNearest(color);
+    case Paint::kPen: {
+      DcObj* d = Dc(dc);
+      ColorRef bk = d ? d->bk_color : kWhite;
+      ColorRef bk_mono = ToMonoNearest(bk);
+      if (color == bk) return bk_mono;
+      return bk_mono == kWhite ? kBlack : kWhite;
+    }
+    case Paint::kBrush: {
+      int grey = (30 * RedOf(color) + 59 * GreenOf(color) + 11 * BlueOf(color)) / 100;
+      return grey + DitherThreshold(((x % 16) + 16) % 16, ((y % 16) + 16) % 16) > 255 ? kWhite : kBlack;
+    }
+  }
+  return color;
 }
 
 Hdc HeadlessGdi::CreateCompatibleDC(Hdc) {
@@ -292,21 +339,20 @@ void HeadlessGdi::Plot(BitmapObj& bmp, int x, int y, ColorRef color) {
   ++pixel_writes_;
 }
 
-void HeadlessGdi::PlotRop2(Hdc dc, int x, int y, ColorRef color) {
+void HeadlessGdi::PlotRop2(Hdc dc, int x, int y, ColorRef color, Paint paint) {
   DcObj* d = Dc(dc);
   BitmapObj* b = d ? Bitmap(d->bitmap) : nullptr;
   if (!b || !b->Inside(x, y)) return;
-  ColorRef pen = b->mono ? ToMonoNearest(color) : color;
-  Plot(*b, x, y, ApplyRop2(d->rop2, pen, b->At(x, y)));
+  Plot(*b, x, y, ApplyRop2(d->rop2, PaintColor(dc, color, paint, x, y), b->At(x, y)));
 }
 
-void HeadlessGdi::FillSolid(Hdc dc, const Rect& rc, ColorRef color) {
+void HeadlessGdi::FillSolid(Hdc dc, const Rect& rc, ColorRef color, Paint paint) {
   BitmapObj* b = DcBitmap(dc);
   if (!b) return;
   int l = std::max(0, rc.left), t = std::max(0, rc.top);
   int r = std::min(b->width, rc.right), bo = std::min(b->height, rc.bottom);
   for (int y = t; y < bo; ++y)
-    for (int x = l; x < r; ++x) Plot(*b, x, y, color);
+    for (int x = l; x < r; ++x) Plot(*b, x, y, PaintColor(dc, color, paint, x, y));
 }
 
 bool HeadlessGdi::BitBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int x1, int y1, std::uint32_t rop) {
@@ -320,7 +366,6 @@ bool HeadlessGdi::BitBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int x1,
   ColorRef pattern = 0;
   if (auto it = objects_.find(dd->brush); it != objects_.end())
     if (auto* br = std::get_if<BrushObj>(&it->second)) pattern = br->null ? 0 : br->color;
-  if (db->mono) pattern = ToMonoNearest(pattern);
   // Copy the source block first so that overlapping copies within one bitmap work.
   std::vector<ColorRef> block;
   if (sb) {
@@ -340,7 +385,8 @@ bool HeadlessGdi::BitBlt(Hdc dst, int x, int y, int cx, int cy, Hdc src, int x1,
       if (!db->Inside(tx, ty)) continue;
       if (sb && !sb->Inside(x1 + i, y1 + j)) continue;
       ColorRef s = sb ? block[static_cast<std::size_t>(j) * cx + i] : 0;
-      Plot(*db, tx, ty, ApplyRop3(rop, pattern, s, db->At(tx, ty)));
+      ColorRef p = PaintColor(dst, pattern, Paint::kBrush, tx, ty);
+      Plot(*db, tx, ty, ApplyRop3(rop, p, s, db->At(tx, ty)));
     }
   return true;
 }
@@ -362,22 +408,8 @@ bool HeadlessGdi::LineTo(Hdc dc, int x, int y) {
   int x0 = d->pos.x, y0 = d->pos.y;
   d->pos = {x, y};
   if (pen.style == PS_NULL) return true;
-  // Bresenham; the last point is not drawn.
-  int dx = std::abs(x - x0), sx = x0 < x ? 1 : -1;
-  int dy = -std::abs(y - y0), sy = y0 < y ? 1 : -1;
-  int err = dx + dy;
-  while (!(x0 == x && y0 == y)) {
-    PlotRop2(dc, x0, y0, pen.color);
-    int e2 = 2 * err;
-    if (e2 >= dy) {
-      err += dy;
-      x0 += sx;
-    }
-    if (e2 <= dx) {
-      err += dx;
-      y0 += sy;
-    }
-  }
+  // The last point is not drawn.
+  WalkLine(x0, y0, x, y, [&](int px, int py) { PlotRop2(dc, px, py, pen.color, Paint::kPen); });
   return true;
 }
 
@@ -393,6 +425,10 @@ bool HeadlessGdi::Rectangle(Hdc dc, int left, int top, int right, int bottom) {
   if (auto it = objects_.find(d->brush); it != objects_.end())
     if (auto* b = std::get_if<BrushObj>(&it->second)) brush = *b;
   bool has_pen = pen.style != PS_NULL;
+  // The outline is a closed figure through the four corners (right - 1, bottom - 1
+  // inclusive), each side drawn without its last point: a 1 x 1 figure has sides of
+  // no length and draws nothing.
+  if (has_pen && right - left == 1 && bottom - top == 1) return true;
   // With a pen the figure covers left..right-1; without one the platform fills one
   // pixel less on the right and bottom.
   int r = has_pen ? right : right - 1;
@@ -401,9 +437,9 @@ bool HeadlessGdi::Rectangle(Hdc dc, int left, int top, int right, int bottom) {
     for (int x = left; x < r; ++x) {
       bool edge = has_pen && (x == left || y == top || x == r - 1 || y == b - 1);
       if (edge)
-        PlotRop2(dc, x, y, pen.color);
+        PlotRop2(dc, x, y, pen.color, Paint::kPen);
       else if (!brush.null)
-        PlotRop2(dc, x, y, brush.color);
+        PlotRop2(dc, x, y, brush.color, Paint::kBrush);
     }
   return true;
 }
@@ -422,7 +458,7 @@ int HeadlessGdi::FillRect(Hdc dc, const Rect* rc, Handle brush) {
     if (b->null) return 1;
     color = b->color;
   }
-  FillSolid(dc, *rc, color);
+  FillSolid(dc, PatBltArea(*rc), color, Paint::kBrush);
   return 1;
 }
 
@@ -454,7 +490,7 @@ bool HeadlessGdi::TextOutA(Hdc dc, int x, int y, const std::string& text) {
   LOGFONTA lf = DcFont(dc);
   if (d->bk_mode == OPAQUE) {
     Size s = text_->Measure(lf, text);
-    FillSolid(dc, Rect{x, y, x + s.cx, y + s.cy}, d->bk_color);
+    FillSolid(dc, Rect{x, y, x + s.cx, y + s.cy}, d->bk_color, Paint::kNearest);
   }
   text_->Draw(*b, x, y, lf, text, d->text_color);
   return true;

@@ -3,7 +3,9 @@
 // selected into one DC at a time, DeleteObject refuses an object that is selected
 // (it stays in use), colour-to-monochrome copies map the source DC's background
 // colour to white, monochrome-to-colour copies map black to the destination's text
-// colour and white to its background colour.
+// colour and white to its background colour. Every pen is drawn one pixel wide,
+// whatever width it was made with (the platform draws wider pens as shapes with round
+// ends; nothing here draws with them).
 #pragma once
 #include <array>
 #include <map>
@@ -77,17 +79,32 @@ class HeadlessGdi : public Gdi {
   Image ImageOfBitmap(Hbitmap bitmap) override;
 
   // ---- raster primitives shared by the drawing calls ----
+  // How a colour that is neither black nor white lands on a monochrome bitmap:
+  // kNearest   the nearer of black and white (SetPixel, the text background);
+  // kPen       the opposite of the DC's background colour, unless it is that colour
+  //            (pens, and the lines DrawEdge draws);
+  // kBrush     dithered: white where the colour's grey level (30 R + 59 G + 11 B) / 100
+  //            plus the 16 x 16 ordered-dither threshold at the pixel exceeds 255
+  //            (solid brushes: FillRect, Rectangle's inside, pattern blits).
+  // Pure black and white always stay what they are.
+  enum class Paint { kNearest, kPen, kBrush };
   // Writes one pixel of dc's bitmap with the DC's draw mode (clipped).
-  void PlotRop2(Hdc dc, int x, int y, ColorRef color);
+  void PlotRop2(Hdc dc, int x, int y, ColorRef color, Paint paint = Paint::kPen);
   // Writes one pixel directly (clipped); on a monochrome bitmap the colour is
-  // reduced to black or white.
+  // reduced to the nearer of black and white.
   void Plot(BitmapObj& bmp, int x, int y, ColorRef color);
   // Fills a rectangle (right and bottom exclusive) with a colour, clipped.
-  void FillSolid(Hdc dc, const Rect& rc, ColorRef color);
+  void FillSolid(Hdc dc, const Rect& rc, ColorRef color, Paint paint = Paint::kBrush);
+  // The colour a pixel at (x, y) of dc's bitmap takes for color painted as paint.
+  ColorRef PaintColor(Hdc dc, ColorRef color, Paint paint, int x, int y);
   // A solid brush of a system colour (cached, never deleted).
   Handle SysColorBrush(int index);
-  // Converts a colour for a 1-bit target: the nearest of black and white.
+  // Converts a colour for a 1-bit target: the nearer of black and white (by the
+  // sum of the squared differences of the three components).
   static ColorRef ToMonoNearest(ColorRef c);
+  // The area PatBlt covers for rc: a rectangle given right to left or bottom to top
+  // covers the columns right + 1 to left (rows bottom + 1 to top), as FillRect does.
+  static Rect PatBltArea(const Rect& rc);
 
   // ---- text helpers for DrawTextA (headless_draw.cpp) ----
   // Draws one run of text at (x, y) in the DC's font, colours and background mode,

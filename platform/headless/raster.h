@@ -53,6 +53,35 @@ struct DcObj {
   Point pos;
 };
 
+// Visits the pixels of a one-pixel pen line from (x0, y0) towards (x1, y1), the last
+// point excluded, in the order LineTo draws them: the midpoint rule along the major
+// axis, where a point exactly halfway between two pixels takes the one with the
+// smaller coordinate (whichever way the line runs, so a line and its reverse cover
+// the same pixels apart from the end points).
+template <typename F>
+void WalkLine(int x0, int y0, int x1, int y1, F&& plot) {
+  const int adx = x1 > x0 ? x1 - x0 : x0 - x1, ady = y1 > y0 ? y1 - y0 : y0 - y1;
+  const int sx = x0 < x1 ? 1 : -1, sy = y0 < y1 ? 1 : -1;
+  const bool x_major = adx > ady;
+  const int major = x_major ? adx : ady, minor = x_major ? ady : adx;
+  // Stepping towards smaller coordinates already at the halfway point.
+  const int bias = (x_major ? sy : sx) < 0 ? 1 : 0;
+  int err = 2 * minor - major;
+  int x = x0, y = y0;
+  for (int i = 0; i < major; ++i) {
+    plot(x, y);
+    if (err + bias > 0) {
+      if (x_major) y += sy;
+      else x += sx;
+      err += 2 * minor - 2 * major;
+    } else {
+      err += 2 * minor;
+    }
+    if (x_major) x += sx;
+    else y += sy;
+  }
+}
+
 // Applies a binary raster operation (R2_*) to a pen colour and a destination colour.
 ColorRef ApplyRop2(int rop2, ColorRef pen, ColorRef dst);
 // Applies a ternary raster operation (the high word of a BitBlt code) to pattern,

@@ -1,39 +1,16 @@
-// Shared set-up for the raster tests: a headless GDI with the metrics font, a
-// distinct colour for every system colour an edge can use, and surfaces to draw on.
+// Shared set-up for the raster tests: a headless GDI with the metrics font and the
+// distinct system colours the golden pictures use, and the shared scenarios
+// (tests/common/raster_scenarios.h) drawn on it and compared with their goldens.
 #pragma once
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/headless/headless_gdi.h"
+#include "tests/common/raster_scenarios.h"
 #include "tests/unit/golden.h"
 
 namespace korvel::test {
-
-// Classic colours, except that the window and frame colours differ from the 3D
-// ones so that every edge colour can be told apart in a picture.
-inline std::array<ColorRef, kSysColorCount> DistinctSysColors() {
-  auto c = headless::ClassicSysColors();
-  c[COLOR_WINDOW] = Rgb(255, 255, 192);
-  c[COLOR_WINDOWFRAME] = Rgb(64, 0, 0);
-  return c;
-}
-
-inline constexpr ColorRef kCanvas = Rgb(0, 128, 128);
-
-inline std::vector<LegendEntry> SysLegend() {
-  auto c = DistinctSysColors();
-  return {
-      {'.', "CANVAS", kCanvas},
-      {'F', "BTNFACE", c[COLOR_BTNFACE]},
-      {'S', "BTNSHADOW", c[COLOR_BTNSHADOW]},
-      {'H', "BTNHIGHLIGHT", c[COLOR_BTNHIGHLIGHT]},
-      {'D', "3DDKSHADOW", c[COLOR_3DDKSHADOW]},
-      {'L', "3DLIGHT", c[COLOR_3DLIGHT]},
-      {'W', "WINDOW", c[COLOR_WINDOW]},
-      {'K', "WINDOWFRAME", c[COLOR_WINDOWFRAME]},
-  };
-}
 
 struct Raster {
   headless::HeadlessGdi gdi{std::make_unique<headless::MetricsTextRenderer>()};
@@ -46,5 +23,26 @@ struct Raster {
     return MatchesGolden(name, comment, Pixels(dc), Width(dc), Height(dc), legend);
   }
 };
+
+// Draws the shared scenario of that name on a fresh raster: every check it makes
+// holds, the picture has the scenario's size, and its pixels (read through
+// GetPixel) match the golden file.
+inline ::testing::AssertionResult DrawsGolden(const std::string& name) {
+  const RasterScenario* s = FindScenario(name);
+  if (!s) return ::testing::AssertionFailure() << "no scenario " << name;
+  Raster r;
+  ScenarioChecks checks;
+  Hdc dc = s->draw(r.gdi, checks);
+  if (!checks.Failures().empty()) {
+    auto failure = ::testing::AssertionFailure() << name << ":";
+    for (const auto& f : checks.Failures()) failure << "\n  " << f;
+    return failure;
+  }
+  if (r.Width(dc) != s->width || r.Height(dc) != s->height)
+    return ::testing::AssertionFailure() << name << ": the picture is " << r.Width(dc) << "x" << r.Height(dc)
+                                         << ", the scenario says " << s->width << "x" << s->height;
+  return MatchesGolden(s->file, s->comment, ReadPixels(r.gdi, dc, s->width, s->height), s->width, s->height,
+                       s->legend);
+}
 
 }  // namespace korvel::test
