@@ -731,6 +731,17 @@ LRESULT OlePropertyPage::OnMessage(HWND wnd, UINT msg, WPARAM wp, LPARAM lp) {
           return 0;
         }
         break;
+      case WM_NEXTDLGCTL: {
+        // Moving among the controls as a dialog does: to the control given
+        // (LOWORD(lp) set) or to the next or previous tab stop; an edit box that
+        // gets the focus this way has its text selected.
+        HWND target = LOWORD(lp) ? reinterpret_cast<HWND>(wp) : GetNextDlgTabItem(wnd, GetFocus(), wp != 0);
+        if (target && IsChild(wnd, target)) {
+          if (SendMessageW(target, WM_GETDLGCODE, 0, 0) & DLGC_HASSETSEL) SendMessageW(target, EM_SETSEL, 0, -1);
+          SetFocus(target);
+        }
+        return 0;
+      }
       case WM_NCDESTROY:
         SetWindowLongPtrW(wnd, GWLP_USERDATA, 0);
         if (wnd == window_) {

@@ -1020,6 +1020,12 @@ int main(int argc, char** argv) {
     HRESULT hr = page->TranslateAccelerator(&m);
     Check(hr == S_OK, "TranslateAccelerator takes Tab in the page " + Hex(hr));
     Check(GetFocus() == Ctl(TipBox), "Tab moves from KeyBox to TipBox");
+    MSG alt_k{Ctl(TipBox), WM_SYSCHAR, 'k', 0x20000000, 0, {0, 0}};
+    hr = page->TranslateAccelerator(&alt_k);
+    Check(hr == S_OK && GetFocus() == Ctl(KeyBox), "Alt+K, the mnemonic of \"&Key:\", moves to KeyBox " + Hex(hr));
+    DWORD s = 0, e = 0;
+    SendMessageW(Ctl(KeyBox), EM_GETSEL, reinterpret_cast<WPARAM>(&s), reinterpret_cast<LPARAM>(&e));
+    Check(s == 0 && e == 4, "with its text \"Save\" selected (got " + std::to_string(s) + "-" + std::to_string(e) + ")");
     MSG outside{frame, WM_KEYDOWN, VK_TAB, 0, 0, {0, 0}};
     Check(page->TranslateAccelerator(&outside) == S_FALSE, "a key for another window is left to the frame");
     MSG mouse{Ctl(KeyBox), WM_MOUSEMOVE, 0, 0, 0, {0, 0}};
