@@ -735,8 +735,9 @@ void OleControl::ApplyExtent() {
 }
 
 void OleControl::RequestSize(int width_px, int height_px) {
-  extent_.cx = PixelsToHimetric(width_px);
-  extent_.cy = PixelsToHimetric(height_px);
+  // A side whose pixel size stays keeps its exact HIMETRIC extent.
+  if (HimetricToPixels(extent_.cx) != width_px) extent_.cx = PixelsToHimetric(width_px);
+  if (HimetricToPixels(extent_.cy) != height_px) extent_.cy = PixelsToHimetric(height_px);
   Surface& s = control_->UserControl();
   control_->SetExtentPixels(width_px, height_px);
   if (inplace_site_ && inplace_active_) {

@@ -60,6 +60,35 @@ void CopyFontFromOle(IFont* ole, Font& f) {
   if (SUCCEEDED(ole->get_Strikethrough(&b))) f.SetStrikethrough(b != FALSE);
 }
 
+// A bitmap picture that cannot be saved as a file: its pixels, read from the handle.
+PictureRef PictureOfBitmap(IPicture* ole) {
+  SHORT type = PICTYPE_NONE;
+  OLE_HANDLE handle = 0;
+  if (FAILED(ole->get_Type(&type)) || type != PICTYPE_BITMAP || FAILED(ole->get_Handle(&handle)) || !handle)
+    return nullptr;
+  HBITMAP bmp = reinterpret_cast<HBITMAP>(static_cast<UINT_PTR>(handle));
+  BITMAP info{};
+  if (!GetObjectW(bmp, sizeof info, &info) || info.bmWidth <= 0 || info.bmHeight <= 0) return nullptr;
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof bi.bmiHeader;
+  bi.bmiHeader.biWidth = info.bmWidth;
+  bi.bmiHeader.biHeight = -info.bmHeight;  // top-down
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  bi.bmiHeader.biCompression = BI_RGB;
+  std::vector<DWORD> bits(static_cast<size_t>(info.bmWidth) * static_cast<size_t>(info.bmHeight));
+  HDC dc = GetDC(nullptr);
+  const int rows = GetDIBits(dc, bmp, 0, static_cast<UINT>(info.bmHeight), bits.data(), &bi, DIB_RGB_COLORS);
+  ReleaseDC(nullptr, dc);
+  if (rows != info.bmHeight) return nullptr;
+  Image image(info.bmWidth, info.bmHeight);
+  for (size_t i = 0; i < bits.size(); ++i) {
+    const DWORD d = bits[i];  // 0x00RRGGBB in memory order B, G, R
+    image.pixels[i] = ((d >> 16) & 0xFF) | (d & 0xFF00) | ((d & 0xFF) << 16);
+  }
+  return Picture::FromImage(std::move(image));
+}
+
 }  // namespace
 
 ObjectBridge::~ObjectBridge() {
@@ -182,6 +211,7 @@ PictureRef ObjectBridge::PictureFrom(IDispatch* disp) {
     }
     stream->Release();
   }
+  if (!result) result = PictureOfBitmap(ole);
   ole->Release();
   if (!result) throw RuntimeError(kErrTypeMismatch);
   disp->AddRef();
@@ -229,7 +259,8 @@ Variant ObjectBridge::FromOle(const VARIANT& in) {
   } guard{&v};
   if (V_VT(&v) & VT_ARRAY) {
     SAFEARRAY* sa = V_ARRAY(&v);
-    if (!sa || SafeArrayGetDim(sa) != 1) throw RuntimeError(kErrTypeMismatch);
+    if (!sa) return Variant::Array({}, 1);  // an array not yet dimensioned
+    if (SafeArrayGetDim(sa) != 1) throw RuntimeError(kErrTypeMismatch);
     LONG lo = 0, hi = -1;
     SafeArrayGetLBound(sa, 1, &lo);
     SafeArrayGetUBound(sa, 1, &hi);
