@@ -8,6 +8,7 @@
 #include "activex/classes.h"
 
 #include "activex/ole_control.h"
+#include "activex/property_page.h"
 #include "korvel_duals.h"
 #include "korvelui99.h"
 
@@ -42,18 +43,20 @@ std::unique_ptr<PropertyPage> MakePage(Host& host, Platform& platform) {
 
 const ClassInfo kClasses[] = {
     {ClassKind::Control, L"KorvelToolbar", &CLSID_KorvelToolbar, &IID__KorvelToolbar, &DIID___KorvelToolbar,
-     kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar},
+     kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar,
+     OleControl::Create, {&CLSID_ktButtons}, nullptr},
+    {ClassKind::PropertyPage, L"ktButtons", &CLSID_ktButtons, &IID__ktButtons, nullptr, 0, 0,
+     L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, OlePropertyPage::Create, {}, MakePage<ktButtons>},
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
-     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink},
+     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink, OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelBar", &CLSID_KorvelBar, &IID__KorvelBar, &DIID___KorvelBar, kBitmapBar,
-     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar},
+     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar, OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelDivider", &CLSID_KorvelDivider, &IID__KorvelDivider, &DIID___KorvelDivider,
-     kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider},
+     kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider,
+     OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelMiniSlider", &CLSID_KorvelMiniSlider, &IID__KorvelMiniSlider,
      &DIID___KorvelMiniSlider, kBitmapMiniSlider, kControlMisc, L"KorvelUI - KorvelMiniSlider",
-     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider},
-    {ClassKind::PropertyPage, L"ktButtons", &CLSID_ktButtons, &IID__ktButtons, nullptr, 0, 0,
-     L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, MakePage<ktButtons>},
+     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider, OleControl::Create, {}, nullptr},
 };
 
 }  // namespace

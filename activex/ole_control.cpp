@@ -603,6 +603,12 @@ STDMETHODIMP OleControl::GetPages(CAUUID* pages) {
   if (!pages) return E_POINTER;
   pages->cElems = 0;
   pages->pElems = nullptr;
+  size_t n = 0;
+  while (n < 4 && cls_.pages[n]) ++n;
+  if (n == 0) return S_OK;
+  pages->pElems = static_cast<GUID*>(CoTaskMemAlloc(n * sizeof(GUID)));
+  if (!pages->pElems) return E_OUTOFMEMORY;
+  for (size_t i = 0; i < n; ++i) pages->pElems[pages->cElems++] = *cls_.pages[i];
   return S_OK;
 }
 

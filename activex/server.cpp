@@ -6,7 +6,6 @@
 
 #include "activex/classes.h"
 #include "activex/ole_control.h"
-#include "activex/property_page.h"
 #include "korvelui99.h"
 
 #include <olectl.h>
@@ -40,8 +39,7 @@ class ClassFactory : public IClassFactory {
   }
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** out) override {
     try {
-      if (cls_.kind == ClassKind::PropertyPage) return OlePropertyPage::Create(cls_, outer, riid, out);
-      return OleControl::Create(cls_, outer, riid, out);
+      return cls_.create_instance(cls_, outer, riid, out);
     } catch (...) {
       if (out) *out = nullptr;
       return E_UNEXPECTED;

@@ -91,7 +91,11 @@ void Interfaces(const wchar_t* progid) {
   ISpecifyPropertyPages* pages = nullptr;
   if (SUCCEEDED(d->QueryInterface(IID_ISpecifyPropertyPages, reinterpret_cast<void**>(&pages)))) {
     CAUUID list{5, nullptr};
-    Check(pages->GetPages(&list) == S_OK && list.cElems == 0, cls + ": no property pages");
+    if (cls == "KorvelUI99.KorvelToolbar")
+      Check(pages->GetPages(&list) == S_OK && list.cElems == 1 && IsEqualCLSID(list.pElems[0], CLSID_ktButtons),
+            cls + ": lists its Buttons page");
+    else
+      Check(pages->GetPages(&list) == S_OK && list.cElems == 0, cls + ": no property pages");
     CoTaskMemFree(list.pElems);
     pages->Release();
   }
@@ -120,7 +124,8 @@ using CanUnload = HRESULT(STDAPICALLTYPE*)();
 void Unloading() {
   IDispatch* d = Create(L"KorvelUI99.KorvelLink");
   HMODULE server = GetModuleHandleW(L"KorvelUI99.ocx");
-  auto can_unload = server ? reinterpret_cast<CanUnload>(GetProcAddress(server, "DllCanUnloadNow")) : nullptr;
+  auto can_unload =
+      server ? reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow"))) : nullptr;
   Check(can_unload != nullptr, "the server exports DllCanUnloadNow");
   if (!can_unload || !d) return;
   Check(can_unload() == S_FALSE, "DllCanUnloadNow is S_FALSE while an object lives");
