@@ -8,7 +8,7 @@
 #include "activex/classes.h"
 
 #include "activex/ole_control.h"
-#include "activex/ole_page.h"
+#include "activex/property_page.h"
 #include "korvel_duals.h"
 #include "korvelui99.h"
 
@@ -46,7 +46,7 @@ const ClassInfo kClasses[] = {
      kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar,
      OleControl::Create, {&CLSID_ktButtons}, nullptr},
     {ClassKind::PropertyPage, L"ktButtons", &CLSID_ktButtons, &IID__ktButtons, nullptr, 0, 0,
-     L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, OlePage::Create, {}, MakePage<ktButtons>},
+     L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, OlePropertyPage::Create, {}, MakePage<ktButtons>},
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
      kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink, OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelBar", &CLSID_KorvelBar, &IID__KorvelBar, &DIID___KorvelBar, kBitmapBar,
