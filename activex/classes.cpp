@@ -3,6 +3,7 @@
 #include "controls/divider/divider.h"
 #include "controls/link/link.h"
 #include "controls/minislider/minislider.h"
+#include "controls/toolbar/toolbar.h"
 #include "activex/classes.h"
 
 #include "activex/ole_control.h"
@@ -22,6 +23,7 @@ constexpr DWORD kControlMisc = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSID
 // Toolbox bitmap resource ids, one per class of the library in this order:
 // toolbar, color, spin, option, tray, dialog, link, joystick, status, tab,
 // animation, resize, bar, divider, browsebox, minislider.
+constexpr int kBitmapToolbar = 30000;
 constexpr int kBitmapLink = 30006;
 constexpr int kBitmapBar = 30012;
 constexpr int kBitmapDivider = 30013;
@@ -33,6 +35,9 @@ std::unique_ptr<Control> Make(Host& host, Platform& platform) {
 }
 
 const ClassInfo kClasses[] = {
+    {ClassKind::Control, L"KorvelToolbar", &CLSID_KorvelToolbar, &IID__KorvelToolbar, &DIID___KorvelToolbar,
+     kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar,
+     &CLSID_ktButtons},
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
      kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink},
     {ClassKind::Control, L"KorvelBar", &CLSID_KorvelBar, &IID__KorvelBar, &DIID___KorvelBar, kBitmapBar,

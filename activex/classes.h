@@ -35,6 +35,8 @@ struct ClassInfo {
   std::unique_ptr<Control> (*create_control)(Host& host, Platform& platform);
   // Creates the dual-interface adapter of an object of this class.
   std::unique_ptr<DualBase> (*create_dual)(OleControl& owner);
+  // The property page the control lists in ISpecifyPropertyPages (none when null).
+  const CLSID* property_page = nullptr;
 };
 
 // The rows, in registration order; ClassCount() of them.

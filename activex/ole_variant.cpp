@@ -60,6 +60,35 @@ void CopyFontFromOle(IFont* ole, Font& f) {
   if (SUCCEEDED(ole->get_Strikethrough(&b))) f.SetStrikethrough(b != FALSE);
 }
 
+// A picture made from a handle may save no file bytes (Wine's SaveAsFile writes
+// none for one): its persistent form is a 4-byte tag and a 32-bit length before
+// the same bytes.
+PictureRef PictureFromPersistStream(IPicture* ole) {
+  PictureRef result;
+  IPersistStream* persist = nullptr;
+  if (FAILED(ole->QueryInterface(IID_IPersistStream, reinterpret_cast<void**>(&persist))) || !persist) return result;
+  IStream* stream = nullptr;
+  if (SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, &stream))) {
+    STATSTG st{};
+    if (SUCCEEDED(persist->Save(stream, FALSE)) && SUCCEEDED(stream->Stat(&st, STATFLAG_NONAME)) &&
+        st.cbSize.QuadPart > 8) {
+      HGLOBAL mem = nullptr;
+      GetHGlobalFromStream(stream, &mem);
+      const auto* bytes = static_cast<const std::uint8_t*>(GlobalLock(mem));
+      if (bytes) {
+        std::uint32_t length = 0;
+        std::memcpy(&length, bytes + 4, sizeof length);
+        if (length > 0 && length <= st.cbSize.QuadPart - 8)
+          result = Picture::FromBytes(std::vector<std::uint8_t>(bytes + 8, bytes + 8 + length));
+        GlobalUnlock(mem);
+      }
+    }
+    stream->Release();
+  }
+  persist->Release();
+  return result;
+}
+
 }  // namespace
 
 ObjectBridge::~ObjectBridge() {
@@ -182,6 +211,7 @@ PictureRef ObjectBridge::PictureFrom(IDispatch* disp) {
     }
     stream->Release();
   }
+  if (!result) result = PictureFromPersistStream(ole);
   ole->Release();
   if (!result) throw RuntimeError(kErrTypeMismatch);
   disp->AddRef();
@@ -229,7 +259,9 @@ Variant ObjectBridge::FromOle(const VARIANT& in) {
   } guard{&v};
   if (V_VT(&v) & VT_ARRAY) {
     SAFEARRAY* sa = V_ARRAY(&v);
-    if (!sa || SafeArrayGetDim(sa) != 1) throw RuntimeError(kErrTypeMismatch);
+    // A caller's array not yet dimensioned (a null SAFEARRAY) is an empty one.
+    if (!sa) return Variant::Array({}, 0);
+    if (SafeArrayGetDim(sa) != 1) throw RuntimeError(kErrTypeMismatch);
     LONG lo = 0, hi = -1;
     SafeArrayGetLBound(sa, 1, &lo);
     SafeArrayGetUBound(sa, 1, &hi);

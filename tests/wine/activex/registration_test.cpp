@@ -19,6 +19,7 @@ struct ClassRow {
 
 // The classes the server can create, with their toolbox bitmap ids.
 const ClassRow kRows[] = {
+    {L"KorvelToolbar", &CLSID_KorvelToolbar, 30000, &IID__KorvelToolbar, &DIID___KorvelToolbar},
     {L"KorvelLink", &CLSID_KorvelLink, 30006, &IID__KorvelLink, &DIID___KorvelLink},
     {L"KorvelBar", &CLSID_KorvelBar, 30012, &IID__KorvelBar, &DIID___KorvelBar},
     {L"KorvelDivider", &CLSID_KorvelDivider, 30013, &IID__KorvelDivider, &DIID___KorvelDivider},

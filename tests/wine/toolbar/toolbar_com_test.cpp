@@ -1,0 +1,895 @@
+// KorvelToolbar through COM under Wine: created by its ProgID, every member and
+// event reachable by name and through the dual vtable (Customize's by-reference
+// arrays, the keyed properties, the picture and the default font), built at design
+// time with an image strip, three buttons, a separator and a placeholder, saved into
+// a property bag, loaded at run time into a container of our own and activated in
+// a real window; then real pointer input: hover, press, drag off and back, release,
+// right click, with the events in order, the tip as a top-level window 32 pixels
+// below the pointer, and the pixels of the hot, pressed, checked and disabled cells
+// as the toolbar draws them everywhere.
+#include "../activex/ax_test.h"
+
+#include <functional>
+
+using namespace axtest;
+
+namespace {
+
+// ---- the classic colours the cells are drawn in ----
+
+constexpr COLORREF kFace = RGB(192, 192, 192);
+constexpr COLORREF kShadow = RGB(128, 128, 128);
+constexpr COLORREF kHilite = RGB(255, 255, 255);
+constexpr COLORREF kHot = RGB(224, 224, 224);  // halfway between highlight and face, to even
+constexpr COLORREF kMagenta = RGB(255, 0, 255);
+constexpr COLORREF kWhite = RGB(255, 255, 255);
+
+// ---- the strip: three 16 x 16 images, rows 0-3 magenta, then the left half in the
+// image's colour and the right half white ----
+
+COLORREF ImageColor(int k) {
+  static const COLORREF colors[] = {RGB(255, 0, 0), RGB(0, 128, 0), RGB(0, 0, 255)};
+  return colors[(k - 1) % 3];
+}
+
+COLORREF StripPixel(int k, int px, int py) {
+  if (py < 4) return kMagenta;
+  return px < 8 ? ImageColor(k) : kWhite;
+}
+
+// The embossed strip on button face: shadow where the strip is not white, highlight
+// one pixel down and right of such pixels, face elsewhere.
+COLORREF DisabledPixel(int x, int y) {
+  auto dark = [](int sx, int sy) {
+    if (sx < 0 || sy < 0 || sx >= 48 || sy >= 16) return false;
+    return StripPixel(sx / 16 + 1, sx % 16, sy) != kWhite;
+  };
+  if (dark(x, y)) return kShadow;
+  if (dark(x - 1, y - 1)) return kHilite;
+  return kFace;
+}
+
+// A 24-bit bottom-up bitmap of the strip as an IPictureDisp that owns it.
+IPictureDisp* MakeStrip() {
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  bi.bmiHeader.biWidth = 48;
+  bi.bmiHeader.biHeight = 16;
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 24;
+  bi.bmiHeader.biCompression = BI_RGB;
+  void* bits = nullptr;
+  HBITMAP bmp = CreateDIBSection(nullptr, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
+  if (!bmp || !bits) return nullptr;
+  const int stride = (48 * 3 + 3) & ~3;
+  for (int y = 0; y < 16; ++y)
+    for (int x = 0; x < 48; ++x) {
+      COLORREF c = StripPixel(x / 16 + 1, x % 16, y);
+      auto* p = static_cast<BYTE*>(bits) + (15 - y) * stride + x * 3;
+      p[0] = GetBValue(c);
+      p[1] = GetGValue(c);
+      p[2] = GetRValue(c);
+    }
+  PICTDESC pd{};
+  pd.cbSizeofstruct = sizeof pd;
+  pd.picType = PICTYPE_BITMAP;
+  pd.bmp.hbitmap = bmp;
+  IPictureDisp* pic = nullptr;
+  if (FAILED(OleCreatePictureIndirect(&pd, IID_IPictureDisp, TRUE, reinterpret_cast<void**>(&pic)))) return nullptr;
+  return pic;
+}
+
+// ---- a container of our own ----
+
+class Extender : public IDispatch {
+ public:
+  STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch)) {
+      *out = static_cast<IDispatch*>(this);
+      return S_OK;
+    }
+    *out = nullptr;
+    return E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
+    static const wchar_t* kNames[] = {L"Name", L"Visible", L"Align", L"Enabled"};
+    for (int i = 0; i < 4; ++i)
+      if (_wcsicmp(names[0], kNames[i]) == 0) {
+        *id = i + 1;
+        return S_OK;
+      }
+    *id = DISPID_UNKNOWN;
+    return DISP_E_UNKNOWNNAME;
+  }
+  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+    if (flags & DISPATCH_PROPERTYPUT) return S_OK;
+    if (!result) return E_POINTER;
+    VariantInit(result);
+    switch (id) {
+      case 1: V_VT(result) = VT_BSTR; V_BSTR(result) = SysAllocString(L"Toolbar1"); return S_OK;
+      case 2: V_VT(result) = VT_BOOL; V_BOOL(result) = VARIANT_TRUE; return S_OK;
+      case 3: V_VT(result) = VT_I4; V_I4(result) = 1; return S_OK;
+      case 4: V_VT(result) = VT_BOOL; V_BOOL(result) = VARIANT_TRUE; return S_OK;
+      default: return DISP_E_MEMBERNOTFOUND;
+    }
+  }
+};
+
+class Site : public IOleClientSite, public IOleInPlaceSite, public IOleControlSite, public IDispatch {
+ public:
+  HWND window = nullptr;
+  RECT pos{10, 10, 210, 38};
+  bool user_mode = true;
+  Extender extender;
+  std::vector<RECT> pos_changes;
+
+  STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
+    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IOleClientSite)) *out = static_cast<IOleClientSite*>(this);
+    else if (IsEqualIID(riid, IID_IOleWindow) || IsEqualIID(riid, IID_IOleInPlaceSite)) *out = static_cast<IOleInPlaceSite*>(this);
+    else if (IsEqualIID(riid, IID_IOleControlSite)) *out = static_cast<IOleControlSite*>(this);
+    else if (IsEqualIID(riid, IID_IDispatch)) *out = static_cast<IDispatch*>(this);
+    else {
+      *out = nullptr;
+      return E_NOINTERFACE;
+    }
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
+  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** m) override { *m = nullptr; return E_NOTIMPL; }
+  STDMETHODIMP GetContainer(IOleContainer** c) override { *c = nullptr; return E_NOINTERFACE; }
+  STDMETHODIMP ShowObject() override { return S_OK; }
+  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
+  STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
+  STDMETHODIMP GetWindow(HWND* w) override { *w = window; return S_OK; }
+  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
+  STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
+  STDMETHODIMP OnUIActivate() override { return S_OK; }
+  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** f, IOleInPlaceUIWindow** d, LPRECT p, LPRECT c,
+                                LPOLEINPLACEFRAMEINFO) override {
+    *f = nullptr;
+    *d = nullptr;
+    *p = pos;
+    *c = pos;
+    return S_OK;
+  }
+  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
+  STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
+  STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
+  STDMETHODIMP DiscardUndoState() override { return S_OK; }
+  STDMETHODIMP DeactivateAndUndo() override { return S_OK; }
+  STDMETHODIMP OnPosRectChange(LPCRECT r) override {
+    pos_changes.push_back(*r);
+    return S_OK;
+  }
+  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
+  STDMETHODIMP GetExtendedControl(IDispatch** d) override { *d = &extender; return S_OK; }
+  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(MSG*, DWORD) override { return S_FALSE; }
+  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* r, EXCEPINFO*, UINT*) override {
+    if (!r) return E_POINTER;
+    VariantInit(r);
+    if (id == DISPID_AMBIENT_USERMODE) {
+      V_VT(r) = VT_BOOL;
+      V_BOOL(r) = user_mode ? VARIANT_TRUE : VARIANT_FALSE;
+      return S_OK;
+    }
+    return DISP_E_MEMBERNOTFOUND;
+  }
+};
+
+void Pump(int ms) {
+  const DWORD end = GetTickCount() + static_cast<DWORD>(ms);
+  MSG msg;
+  do {
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&msg);
+      DispatchMessageW(&msg);
+    }
+    Sleep(5);
+  } while (GetTickCount() < end);
+}
+
+HWND MakeWindow() {
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = DefWindowProcW;
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_WINDOW + 1);
+  wc.lpszClassName = L"KorvelToolbarTestContainer";
+  RegisterClassW(&wc);
+  HWND w = CreateWindowExW(0, wc.lpszClassName, L"container", WS_POPUP | WS_VISIBLE, 100, 100, 400, 200, nullptr,
+                           nullptr, wc.hInstance, nullptr);
+  Pump(100);
+  return w;
+}
+
+// Creates the toolbar on site (the site first) and runs InitNew (bag null) or Load.
+IDispatch* Place(Site& site, IOleObject** ole, IPropertyBag* bag = nullptr) {
+  IDispatch* d = Create(L"KorvelUI99.KorvelToolbar");
+  *ole = nullptr;
+  if (!d) return nullptr;
+  d->QueryInterface(IID_IOleObject, reinterpret_cast<void**>(ole));
+  if (*ole) (*ole)->SetClientSite(&site);
+  if (bag) {
+    IPersistPropertyBag* p = nullptr;
+    if (SUCCEEDED(d->QueryInterface(IID_IPersistPropertyBag, reinterpret_cast<void**>(&p)))) {
+      Check(p->Load(bag, nullptr) == S_OK, "IPersistPropertyBag::Load");
+      p->Release();
+    }
+  } else {
+    IPersistStreamInit* p = nullptr;
+    if (SUCCEEDED(d->QueryInterface(IID_IPersistStreamInit, reinterpret_cast<void**>(&p)))) {
+      p->InitNew();
+      p->Release();
+    }
+  }
+  return d;
+}
+
+void Unplace(IDispatch* d, IOleObject* ole) {
+  if (ole) {
+    ole->Close(OLECLOSE_NOSAVE);
+    ole->SetClientSite(nullptr);
+    ole->Release();
+  }
+  if (d) d->Release();
+}
+
+std::string Join(const std::vector<std::string>& v) {
+  std::string s;
+  for (auto& x : v) s += (s.empty() ? "" : " ") + x;
+  return s;
+}
+
+VARIANT VRef(VARTYPE vt, void* where) {
+  VARIANT x;
+  VariantInit(&x);
+  V_VT(&x) = static_cast<VARTYPE>(vt | VT_BYREF);
+  V_BYREF(&x) = where;
+  return x;
+}
+
+SAFEARRAY* Vector(VARTYPE vt, int n) { return SafeArrayCreateVector(vt, 1, static_cast<ULONG>(n)); }
+
+// The button list given to Customize.
+struct Item {
+  const wchar_t* key;
+  const wchar_t* tip;
+  long style;
+  bool enabled;
+  bool value;
+  short width;
+};
+const Item kItems[] = {
+    {L"A", L"Alpha", 0, true, false, 1},
+    {L"B", L"Beta", 0, true, false, 1},
+    {L"", L"", 2, true, false, 1},
+    {L"C", L"Gamma", 1, true, true, 1},
+    {L"", L"", 3, true, false, 40},
+};
+constexpr int kItemCount = 5;
+
+// Customize through IDispatch with its eight arguments by reference (arrays of
+// their declared element types, 1-based), as the Buttons page calls it.
+HRESULT CustomizeByName(IDispatch* d, bool update, short& count, SAFEARRAY*& key, SAFEARRAY*& tip, SAFEARRAY*& style,
+                        SAFEARRAY*& enabled, SAFEARRAY*& value, SAFEARRAY*& width) {
+  CallResult r;
+  InvokeId(d, IdOf(d, L"Customize"), DISPATCH_METHOD,
+           {VBool(update), VRef(VT_I2, &count), VRef(VT_ARRAY | VT_BSTR, &key), VRef(VT_ARRAY | VT_BSTR, &tip),
+            VRef(VT_ARRAY | VT_I4, &style), VRef(VT_ARRAY | VT_BOOL, &enabled), VRef(VT_ARRAY | VT_BOOL, &value),
+            VRef(VT_ARRAY | VT_I2, &width)},
+           r);
+  return r.hr;
+}
+
+std::string ArrayText(SAFEARRAY* sa) {
+  if (!sa) return "(null)";
+  VARTYPE vt = 0;
+  SafeArrayGetVartype(sa, &vt);
+  LONG lo = 0, hi = -1;
+  SafeArrayGetLBound(sa, 1, &lo);
+  SafeArrayGetUBound(sa, 1, &hi);
+  std::string s = std::to_string(vt) + "[" + std::to_string(lo) + "]";
+  for (LONG i = lo; i <= hi; ++i) {
+    s += i == lo ? ":" : ",";
+    if (vt == VT_BSTR) {
+      BSTR b = nullptr;
+      SafeArrayGetElement(sa, &i, &b);
+      s += Narrow(b ? b : L"");
+      SysFreeString(b);
+    } else if (vt == VT_I4) {
+      LONG v = 0;
+      SafeArrayGetElement(sa, &i, &v);
+      s += std::to_string(v);
+    } else if (vt == VT_I2) {
+      SHORT v = 0;
+      SafeArrayGetElement(sa, &i, &v);
+      s += std::to_string(v);
+    } else if (vt == VT_BOOL) {
+      VARIANT_BOOL v = 0;
+      SafeArrayGetElement(sa, &i, &v);
+      s += v ? "T" : "F";
+    }
+  }
+  return s;
+}
+
+const std::string kFetched[] = {"8[1]:A,B,,C,", "8[1]:Alpha,Beta,,Gamma,", "3[1]:0,0,2,1,3", "11[1]:T,T,T,T,T",
+                                "11[1]:F,F,F,T,F", "2[1]:1,1,1,1,40"};
+
+// ---- checks by name ----
+
+void Members(IDispatch* d) {
+  const std::pair<const wchar_t*, DISPID> ids[] = {
+      {L"BorderStyle", 1}, {L"Picture", 2},     {L"MaskColor", 3}, {L"UseMaskColor", 4},    {L"Enabled", 5},
+      {L"Value", 0},       {L"ToolTipText", 6}, {L"Style", 7},     {L"AboutBox", -552},     {L"Customize", 8},
+      {L"GetDefaultFont", 9}};
+  std::string wrong;
+  for (auto& [name, id] : ids)
+    if (IdOf(d, name) != id) wrong += Narrow(name) + "=" + std::to_string(IdOf(d, name)) + " ";
+  Check(wrong.empty(), "every member of _KorvelToolbar has its dispatch id by name " + wrong);
+  ITypeInfo* info = nullptr;
+  IProvideClassInfo2* pci = nullptr;
+  std::string events;
+  if (SUCCEEDED(d->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(&pci)))) {
+    GUID g{};
+    pci->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &g);
+    Check(IsEqualGUID(g, DIID___KorvelToolbar), "the default source is __KorvelToolbar");
+    pci->Release();
+  }
+  ITypeLib* tl = nullptr;
+  if (SUCCEEDED(LoadRegTypeLib(LIBID_KorvelUI99, 1, 0, LOCALE_NEUTRAL, &tl))) {
+    tl->GetTypeInfoOfGuid(DIID___KorvelToolbar, &info);
+    tl->Release();
+  }
+  if (info) {
+    for (const wchar_t* n : {L"Click", L"RightClick", L"Hover"}) {
+      LPOLESTR name = const_cast<LPOLESTR>(n);
+      MEMBERID id = 0;
+      info->GetIDsOfNames(&name, 1, &id);
+      events += Narrow(n) + "=" + std::to_string(id) + " ";
+    }
+    info->Release();
+  }
+  Check(events == "Click=-600 RightClick=1 Hover=2 ", "the events by name: " + events);
+}
+
+// The cells' pixels, read from a device context at the area's origin.
+using PixelOf = std::function<COLORREF(int, int)>;
+
+std::string ExpectImage(const PixelOf& px, int x, int at, int k, COLORREF back) {
+  for (int py = 0; py < 16; ++py)
+    for (int pxl = 0; pxl < 16; ++pxl) {
+      COLORREF want = StripPixel(k, pxl, py);
+      if (want == kMagenta) want = back;
+      COLORREF got = px(x + at + pxl, at + py);
+      if (got != want) {
+        char b[96];
+        std::snprintf(b, sizeof b, "image %d at %d,%d: %06lX, want %06lX", k, pxl, py, got, want);
+        return b;
+      }
+    }
+  return "";
+}
+
+std::string ExpectRing(const PixelOf& px, int x, COLORREF top_left, COLORREF bottom_right) {
+  for (int i = 0; i < 21; ++i) {
+    if (px(x + i, 0) != top_left || px(x, i) != top_left) return "top/left edge at " + std::to_string(i);
+    if (px(x + 1 + i, 21) != bottom_right || px(x + 21, 1 + i) != bottom_right)
+      return "bottom/right edge at " + std::to_string(i);
+  }
+  return "";
+}
+
+std::string ExpectSolid(const PixelOf& px, int x1, int y1, int x2, int y2, COLORREF c) {
+  for (int y = y1; y <= y2; ++y)
+    for (int x = x1; x <= x2; ++x)
+      if (px(x, y) != c) return "solid at " + std::to_string(x) + "," + std::to_string(y);
+  return "";
+}
+
+std::string ExpectDisabled(const PixelOf& px, int x, int src) {
+  for (int py = 0; py < 17; ++py)
+    for (int pxl = 0; pxl < 17; ++pxl)
+      if (px(x + 3 + pxl, 3 + py) != DisabledPixel(src + pxl, py))
+        return "disabled block at " + std::to_string(pxl) + "," + std::to_string(py);
+  return "";
+}
+
+std::string All(std::initializer_list<std::string> parts) {
+  std::string s;
+  for (auto& p : parts)
+    if (!p.empty()) s += (s.empty() ? "" : "; ") + p;
+  return s;
+}
+
+// ---- the classic system colours for the test ----
+
+class ClassicColors {
+ public:
+  ClassicColors() {
+    const int index[] = {COLOR_BTNFACE, COLOR_BTNSHADOW, COLOR_BTNHIGHLIGHT};
+    const COLORREF want[] = {kFace, kShadow, kHilite};
+    for (int i = 0; i < 3; ++i) {
+      old_[i] = GetSysColor(index[i]);
+      changed_ = changed_ || old_[i] != want[i];
+    }
+    if (changed_) SetSysColors(3, index, want);
+  }
+  ~ClassicColors() {
+    const int index[] = {COLOR_BTNFACE, COLOR_BTNSHADOW, COLOR_BTNHIGHLIGHT};
+    if (changed_) SetSysColors(3, index, old_);
+  }
+  bool changed() const { return changed_; }
+
+ private:
+  COLORREF old_[3]{};
+  bool changed_ = false;
+};
+
+// Moves the real pointer (screen coordinates) and presses or releases buttons.
+void PointerTo(int x, int y) {
+  SetCursorPos(x, y);
+  // A move of nothing: the move message at the new position, as a real mouse gives.
+  INPUT in{};
+  in.type = INPUT_MOUSE;
+  in.mi.dwFlags = MOUSEEVENTF_MOVE;
+  SendInput(1, &in, sizeof in);
+  Pump(60);
+}
+
+void Buttons(DWORD flags) {
+  INPUT in{};
+  in.type = INPUT_MOUSE;
+  in.mi.dwFlags = flags;
+  SendInput(1, &in, sizeof in);
+  Pump(60);
+}
+
+HWND FindTip() {
+  struct Found {
+    HWND wnd = nullptr;
+  } found;
+  EnumWindows(
+      [](HWND w, LPARAM p) -> BOOL {
+        wchar_t cls[64] = {};
+        GetClassNameW(w, cls, 64);
+        DWORD pid = 0;
+        GetWindowThreadProcessId(w, &pid);
+        if (pid == GetCurrentProcessId() && wcscmp(cls, L"KorvelSurface") == 0) {
+          reinterpret_cast<Found*>(p)->wnd = w;
+          return FALSE;
+        }
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&found));
+  return found.wnd;
+}
+
+void Run(const std::wstring& server) {
+  (void)server;
+  ClassicColors colors;
+  std::printf("system colours %s for the test\n", colors.changed() ? "set to the classic ones" : "already classic");
+
+  // ---- registration and creation by ProgID ----
+  CLSID clsid{};
+  Check(SUCCEEDED(CLSIDFromProgID(L"KorvelUI99.KorvelToolbar", &clsid)) && IsEqualCLSID(clsid, CLSID_KorvelToolbar),
+        "ProgID KorvelUI99.KorvelToolbar names {BE516F7A-863D-11D2-BF9B-8AF16ECF9476}");
+
+  // ---- design time: the strip, the border and the buttons ----
+  Site design;
+  design.user_mode = false;
+  IOleObject* ole = nullptr;
+  IDispatch* d = Place(design, &ole);
+  Check(d != nullptr, "KorvelToolbar created by ProgID on a design-time site");
+  if (!d) return;
+  Members(d);
+
+  ISpecifyPropertyPages* pages = nullptr;
+  if (SUCCEEDED(d->QueryInterface(IID_ISpecifyPropertyPages, reinterpret_cast<void**>(&pages)))) {
+    CAUUID list{};
+    HRESULT hr = pages->GetPages(&list);
+    Check(hr == S_OK && list.cElems == 1 && IsEqualGUID(list.pElems[0], CLSID_ktButtons),
+          "ISpecifyPropertyPages lists the ktButtons page {BE516F82-863D-11D2-BF9B-8AF16ECF9476} only");
+    CoTaskMemFree(list.pElems);
+    pages->Release();
+  } else {
+    Check(false, "ISpecifyPropertyPages");
+  }
+
+  Check(GetLong(d, L"BorderStyle") == 3, "a new toolbar has BorderStyle 3 (ktInternetExplorer)");
+  IPictureDisp* strip = MakeStrip();
+  Check(strip != nullptr, "a 48 x 16 strip as an IPictureDisp from OleCreatePictureIndirect");
+  Check(Put(d, L"Picture", VDisp(strip), DISPATCH_PROPERTYPUTREF) == S_OK, "Set Picture = strip (putref by name)");
+  {
+    CallResult r;
+    Get(d, L"Picture", r);
+    IPicture* p = nullptr;
+    OLE_XSIZE_HIMETRIC w = 0;
+    OLE_YSIZE_HIMETRIC h = 0;
+    if (r.hr == S_OK && V_VT(&r.value) == VT_DISPATCH && V_DISPATCH(&r.value) &&
+        SUCCEEDED(V_DISPATCH(&r.value)->QueryInterface(IID_IPicture, reinterpret_cast<void**>(&p)))) {
+      p->get_Width(&w);
+      p->get_Height(&h);
+      p->Release();
+    }
+    Check(V_VT(&r.value) == VT_DISPATCH && V_DISPATCH(&r.value) == static_cast<IDispatch*>(strip),
+          "Picture reads back the same picture object");
+    Check(w == MulDiv(48, 2540, 96) && h == MulDiv(16, 2540, 96),
+          "... 48 x 16 pixels (" + std::to_string(w) + " x " + std::to_string(h) + " HIMETRIC)");
+  }
+
+  short count = kItemCount;
+  SAFEARRAY *key = Vector(VT_BSTR, kItemCount), *tip = Vector(VT_BSTR, kItemCount), *style = Vector(VT_I4, kItemCount),
+            *enabled = Vector(VT_BOOL, kItemCount), *value = Vector(VT_BOOL, kItemCount),
+            *width = Vector(VT_I2, kItemCount);
+  for (LONG i = 1; i <= kItemCount; ++i) {
+    const Item& it = kItems[i - 1];
+    BSTR k = SysAllocString(it.key), t = SysAllocString(it.tip);
+    SafeArrayPutElement(key, &i, k);
+    SafeArrayPutElement(tip, &i, t);
+    SysFreeString(k);
+    SysFreeString(t);
+    LONG s = it.style;
+    SafeArrayPutElement(style, &i, &s);
+    VARIANT_BOOL e = it.enabled ? VARIANT_TRUE : VARIANT_FALSE, v = it.value ? VARIANT_TRUE : VARIANT_FALSE;
+    SafeArrayPutElement(enabled, &i, &e);
+    SafeArrayPutElement(value, &i, &v);
+    SHORT w = it.width;
+    SafeArrayPutElement(width, &i, &w);
+  }
+  HRESULT hr = CustomizeByName(d, true, count, key, tip, style, enabled, value, width);
+  Check(hr == S_OK, "Customize(True, 5, arrays...) by name with by-reference arrays: " + Hex(hr));
+  for (SAFEARRAY* sa : {key, tip, style, enabled, value, width}) SafeArrayDestroy(sa);
+
+  // Fetched back by name: a count and six fresh 1-based arrays.
+  {
+    short n = 0;
+    SAFEARRAY *k = nullptr, *t = nullptr, *s = nullptr, *e = nullptr, *v = nullptr, *w = nullptr;
+    hr = CustomizeByName(d, false, n, k, t, s, e, v, w);
+    const std::string got[] = {ArrayText(k), ArrayText(t), ArrayText(s), ArrayText(e), ArrayText(v), ArrayText(w)};
+    std::string all;
+    bool same = true;
+    for (int i = 0; i < 6; ++i) {
+      all += got[i] + " ";
+      same = same && got[i] == kFetched[i];
+    }
+    Check(hr == S_OK && n == 5 && same, "Customize(False, ...) by name fetches 5 buttons: " + all);
+    for (SAFEARRAY* sa : {k, t, s, e, v, w})
+      if (sa) SafeArrayDestroy(sa);
+  }
+
+  // The same through the dual interface's vtable.
+  _KorvelToolbar* tb = nullptr;
+  d->QueryInterface(IID__KorvelToolbar, reinterpret_cast<void**>(&tb));
+  Check(tb != nullptr, "QueryInterface(_KorvelToolbar)");
+  if (tb) {
+    short n = 0;
+    SAFEARRAY *k = nullptr, *t = nullptr, *s = nullptr, *e = nullptr, *v = nullptr, *w = nullptr;
+    hr = tb->Customize(VARIANT_FALSE, &n, &k, &t, &s, &e, &v, &w);
+    const std::string got[] = {ArrayText(k), ArrayText(t), ArrayText(s), ArrayText(e), ArrayText(v), ArrayText(w)};
+    bool same = true;
+    for (int i = 0; i < 6; ++i) same = same && got[i] == kFetched[i];
+    Check(hr == S_OK && n == 5 && same, "Customize through the vtable fills short* and the SAFEARRAY**s alike");
+    for (SAFEARRAY* sa : {k, t, s, e, v, w})
+      if (sa) SafeArrayDestroy(sa);
+
+    BSTR c = SysAllocString(L"C");
+    VARIANT_BOOL b = VARIANT_FALSE;
+    hr = tb->get_Value(c, &b);
+    Check(hr == S_OK && b == VARIANT_TRUE, "get_Value(\"C\") through the vtable: True");
+    ktStyle st = ktButton;
+    hr = tb->get_Style(c, &st);
+    Check(hr == S_OK && st == ktCheck, "get_Style(\"C\") through the vtable: ktCheck");
+    SysFreeString(c);
+    IFontDisp* font = nullptr;
+    hr = tb->GetDefaultFont(&font);
+    IFont* f = nullptr;
+    BSTR fname = nullptr;
+    if (font && SUCCEEDED(font->QueryInterface(IID_IFont, reinterpret_cast<void**>(&f)))) {
+      f->get_Name(&fname);
+      f->Release();
+    }
+    NONCLIENTMETRICSW ncm{};
+    ncm.cbSize = offsetof(NONCLIENTMETRICSW, lfMessageFont) + sizeof(LOGFONTW);
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, ncm.cbSize, &ncm, 0);
+    // A font object reports the face it realises: compare with one made from the name.
+    FONTDESC fd{sizeof(FONTDESC), ncm.lfMessageFont.lfFaceName, {{80000, 0}}, 400, 0, FALSE, FALSE, FALSE};
+    IFont* expected = nullptr;
+    BSTR ename = nullptr;
+    if (SUCCEEDED(OleCreateFontIndirect(&fd, IID_IFont, reinterpret_cast<void**>(&expected)))) {
+      expected->get_Name(&ename);
+      expected->Release();
+    }
+    Check(hr == S_OK && fname && ename && wcscmp(fname, ename) == 0,
+          "GetDefaultFont through the vtable: an IFontDisp of the message font (" +
+              Narrow(fname ? fname : L"(none)") + ")");
+    SysFreeString(fname);
+    SysFreeString(ename);
+    if (font) font->Release();
+    IPictureDisp* again = nullptr;
+    hr = tb->get_Picture(&again);
+    Check(hr == S_OK && again == strip, "get_Picture through the vtable: the strip");
+    if (again) again->Release();
+    hr = tb->putref_Picture(strip);
+    Check(hr == S_OK, "putref_Picture through the vtable: " + Hex(hr));
+  }
+  {
+    CallResult r;
+    InvokeId(d, IdOf(d, L"GetDefaultFont"), DISPATCH_METHOD, {}, r);
+    IFont* f = nullptr;
+    Check(r.hr == S_OK && V_VT(&r.value) == VT_DISPATCH && V_DISPATCH(&r.value) &&
+              SUCCEEDED(V_DISPATCH(&r.value)->QueryInterface(IID_IFont, reinterpret_cast<void**>(&f))),
+          "GetDefaultFont by name: a font object");
+    if (f) f->Release();
+  }
+
+  // ---- saved at design time ----
+  Bag saved;
+  {
+    IPersistPropertyBag* p = nullptr;
+    d->QueryInterface(IID_IPersistPropertyBag, reinterpret_cast<void**>(&p));
+    Check(p && p->Save(&saved, TRUE, TRUE) == S_OK, "saved into a property bag at design time");
+    if (p) p->Release();
+  }
+  std::printf("bag: %s\n", saved.Text().c_str());
+  const VARIANT* count_item = saved.Find(L"ButtonCount");
+  const VARIANT* tip_item = saved.Find(L"Button4_ToolTipText");
+  Check(count_item && V_VT(count_item) == VT_I2 && V_I2(count_item) == 5, "the bag holds ButtonCount 5");
+  Check(tip_item && V_VT(tip_item) == VT_BSTR && wcscmp(V_BSTR(tip_item), L"Gamma") == 0,
+        "the bag holds Button4_ToolTipText \"Gamma\"");
+  Check(saved.Find(L"Picture") != nullptr, "the bag holds the Picture");
+  if (tb) tb->Release();
+  Unplace(d, ole);
+
+  // ---- run time: loaded into a container and activated in place ----
+  Site site;
+  site.window = MakeWindow();
+  d = Place(site, &ole, &saved);
+  if (!d || !ole) return;
+  Sink sink(DIID___KorvelToolbar);
+  {
+    ITypeLib* tl = nullptr;
+    if (SUCCEEDED(LoadRegTypeLib(LIBID_KorvelUI99, 1, 0, LOCALE_NEUTRAL, &tl))) {
+      tl->GetTypeInfoOfGuid(DIID___KorvelToolbar, &sink.info);
+      tl->Release();
+    }
+  }
+  IConnectionPoint* point = nullptr;
+  DWORD cookie = Connect(d, DIID___KorvelToolbar, static_cast<IDispatch*>(&sink), &point);
+  Check(cookie != 0, "a sink advised on __KorvelToolbar");
+
+  // The persistence round trip: saving the loaded toolbar gives the same bag.
+  {
+    Bag again;
+    IPersistPropertyBag* p = nullptr;
+    d->QueryInterface(IID_IPersistPropertyBag, reinterpret_cast<void**>(&p));
+    if (p) {
+      p->Save(&again, TRUE, TRUE);
+      p->Release();
+    }
+    Check(again.Text() == saved.Text(), "save, load, save: equal bags");
+    const VARIANT* pa = saved.Find(L"Picture");
+    const VARIANT* pb = again.Find(L"Picture");
+    IPicture *a = nullptr, *b = nullptr;
+    OLE_XSIZE_HIMETRIC wa = 0, wb = 1;
+    if (pa && V_VT(pa) == VT_DISPATCH && V_DISPATCH(pa)) V_DISPATCH(pa)->QueryInterface(IID_IPicture, reinterpret_cast<void**>(&a));
+    if (pb && V_VT(pb) == VT_DISPATCH && V_DISPATCH(pb)) V_DISPATCH(pb)->QueryInterface(IID_IPicture, reinterpret_cast<void**>(&b));
+    if (a) a->get_Width(&wa);
+    if (b) b->get_Width(&wb);
+    Check(a && b && wa == wb, "... and the picture comes back the same width");
+    if (a) a->Release();
+    if (b) b->Release();
+  }
+
+  hr = ole->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, &site, 0, site.window, &site.pos);
+  Check(hr == S_OK, "DoVerb(OLEIVERB_INPLACEACTIVATE) at run time");
+  Pump(100);
+  Check(site.pos_changes.empty(), "200 x 28 is the toolbar's own height: no size request");
+  IOleInPlaceObject* ipo = nullptr;
+  d->QueryInterface(IID_IOleInPlaceObject, reinterpret_cast<void**>(&ipo));
+  HWND control = nullptr;
+  if (ipo) ipo->GetWindow(&control);
+  Check(control && GetParent(control) == site.window, "the control's window is a child of the container");
+  HWND area = control ? ChildWindowFromPointEx(control, POINT{20, 10}, CWP_SKIPINVISIBLE) : nullptr;
+  if (area == control) area = nullptr;
+  RECT ar{};
+  if (area) {
+    GetWindowRect(area, &ar);
+    MapWindowPoints(nullptr, control, reinterpret_cast<POINT*>(&ar), 2);
+  }
+  Check(area && ar.left == 9 && ar.top == 3 && ar.right - ar.left == 188 && ar.bottom - ar.top == 22,
+        "the button area is a child window at 9,3 188 x 22 (got " + std::to_string(ar.left) + "," +
+            std::to_string(ar.top) + " " + std::to_string(ar.right - ar.left) + " x " +
+            std::to_string(ar.bottom - ar.top) + ")");
+  if (!area) return;
+  POINT origin{0, 0};
+  ClientToScreen(area, &origin);
+  HDC adc = GetDC(area);
+  PixelOf px = [&](int x, int y) { return GetPixel(adc, x, y); };
+  auto Events = [&] {
+    std::string s = Join(sink.calls);
+    sink.calls.clear();
+    return s;
+  };
+
+  // Resting cells at run time: A normal, C checked.
+  Check(All({ExpectSolid(px, 0, 0, 21, 2, kFace), ExpectImage(px, 0, 3, 1, kFace)}) == "",
+        "resting button A: face with image 1 at (3, 3) " +
+            All({ExpectSolid(px, 0, 0, 21, 2, kFace), ExpectImage(px, 0, 3, 1, kFace)}));
+  const std::string checked = All({ExpectRing(px, 52, kShadow, kHilite), ExpectSolid(px, 53, 1, 72, 3, kHot),
+                                   ExpectImage(px, 52, 4, 3, kHot)});
+  Check(checked.empty(), "checked check C: sunken, hot background, active image 3 at (4, 4) " + checked);
+  Check(ExpectSolid(px, 74, 0, 113, 21, kFace).empty(), "the placeholder: 40 pixels of face");
+
+  // Hover over A.
+  sink.calls.clear();
+  PointerTo(origin.x + 11, origin.y + 11);
+  Check(Events() == "Hover(8:A,8:Alpha)", "pointer over A: Hover(\"A\", \"Alpha\")");
+  const std::string hot = All({ExpectRing(px, 0, kHilite, kShadow), ExpectImage(px, 0, 3, 1, kFace)});
+  Check(hot.empty(), "hot A: raised edge, image at (3, 3) " + hot);
+  HWND tipw = FindTip();
+  RECT tr{};
+  if (tipw) GetWindowRect(tipw, &tr);
+  Check(tipw && GetAncestor(tipw, GA_PARENT) == GetDesktopWindow() && IsWindowVisible(tipw),
+        "the tip is a visible top-level window");
+  Check(tipw && tr.left == origin.x + 11 && tr.top == origin.y + 11 + 32,
+        "... at the pointer's x, 32 pixels below it (" + std::to_string(tr.left) + "," + std::to_string(tr.top) + ")");
+  Check(tipw && (GetWindowLongW(tipw, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) && GetForegroundWindow() != tipw &&
+            GetActiveWindow() != tipw,
+        "... a tool window, never activated");
+  POINT inside_tip{tr.left + 2, tr.top + 2};
+  Check(tipw && WindowFromPoint(inside_tip) == tipw, "... on top: WindowFromPoint inside it finds the tip");
+  std::printf("tip ex-style 0x%08lX, %ld x %ld\n", static_cast<unsigned long>(GetWindowLongW(tipw, GWL_EXSTYLE)),
+              tr.right - tr.left, tr.bottom - tr.top);
+
+  // To B, press, drag off and back, release.
+  PointerTo(origin.x + 30, origin.y + 10);
+  Check(Events() == "Hover(8:B,8:Beta)", "pointer over B: Hover(\"B\", \"Beta\")");
+  Buttons(MOUSEEVENTF_LEFTDOWN);
+  Check(Events().empty(), "pressing B raises nothing");
+  const std::string pressed = All({ExpectRing(px, 22, kShadow, kHilite), ExpectSolid(px, 23, 1, 42, 3, kFace),
+                                   ExpectImage(px, 22, 4, 2, kFace)});
+  Check(pressed.empty(), "pressed B: sunken, image at (4, 4) " + pressed);
+  PointerTo(origin.x + 30, origin.y + 60);
+  const std::string off = All({ExpectRing(px, 22, kHilite, kShadow), ExpectImage(px, 22, 3, 2, kFace)});
+  Check(Events().empty() && off.empty(), "dragged off B: raised again, no event " + off);
+  PointerTo(origin.x + 31, origin.y + 12);
+  Check(Events().empty() && ExpectRing(px, 22, kShadow, kHilite).empty(), "dragged back: sunken again, no event");
+  Buttons(MOUSEEVENTF_LEFTUP);
+  // Releasing the capture makes the system send a move at the pointer: the button
+  // still under it is hot again.
+  const std::string released = Events();
+  Check(released == "Click(8:B,3:31,3:25) Hover(8:,8:) Hover(8:B,8:Beta)",
+        "release on B: Click(\"B\", 31, 25) at the lower-left corner, Hover(\"\", \"\"), then B hot again (" +
+            released + ")");
+  Check(tipw && IsWindowVisible(tipw), "... with its tip");
+  PointerTo(origin.x + 30, origin.y + 60);
+  const std::string left = Events();
+  Check(left == "Hover(8:,8:)", "the pointer leaves the toolbar: Hover(\"\", \"\") (" + left + ")");
+  Check(tipw && !IsWindowVisible(tipw), "... and the tip is hidden");
+
+  // Right click on A.
+  PointerTo(origin.x + 5, origin.y + 8);
+  Buttons(MOUSEEVENTF_RIGHTDOWN);
+  Buttons(MOUSEEVENTF_RIGHTUP);
+  Check(Events() == "Hover(8:A,8:Alpha) RightClick(8:A,3:9,3:25)", "right click on A: RightClick(\"A\", 9, 25)");
+  PointerTo(origin.x + 150, origin.y + 150);
+  Events();
+
+  // Keyed properties at run time.
+  {
+    CallResult r;
+    InvokeId(d, IdOf(d, L"Enabled"), DISPATCH_PROPERTYPUT, {VStr(L"B"), VBool(false)}, r);
+    Check(r.hr == S_OK, "Enabled(\"B\") = False at run time");
+    CallResult g;
+    InvokeId(d, IdOf(d, L"Enabled"), DISPATCH_PROPERTYGET, {VStr(L"B")}, g);
+    Check(g.hr == S_OK && V_VT(&g.value) == VT_BOOL && V_BOOL(&g.value) == VARIANT_FALSE, "Enabled(\"B\") reads False");
+    Pump(50);
+    const std::string disabled = All({ExpectSolid(px, 22, 0, 43, 2, kFace), ExpectDisabled(px, 22, 17)});
+    Check(disabled.empty(), "disabled B: the embossed block from column 17 at (3, 3) " + disabled);
+    CallResult v;
+    InvokeId(d, DISPID_VALUE, DISPATCH_PROPERTYGET, {VStr(L"C")}, v);
+    Check(v.hr == S_OK && V_VT(&v.value) == VT_BOOL && V_BOOL(&v.value) == VARIANT_TRUE,
+          "Value(\"C\") (the default member) reads True");
+    CallResult p;
+    InvokeId(d, DISPID_VALUE, DISPATCH_PROPERTYPUT, {VStr(L"C"), VBool(false)}, p);
+    CallResult v2;
+    InvokeId(d, IdOf(d, L"Value"), DISPATCH_PROPERTYGET, {VStr(L"C")}, v2);
+    Check(p.hr == S_OK && V_BOOL(&v2.value) == VARIANT_FALSE, "Value(\"C\") = False at run time reads back False");
+    Pump(50);
+    Check(All({ExpectSolid(px, 52, 0, 73, 2, kFace), ExpectImage(px, 52, 3, 3, kFace)}).empty(),
+          "unchecked C is drawn as a resting button");
+  }
+  // A click on the check toggles it back.
+  PointerTo(origin.x + 60, origin.y + 10);
+  Buttons(MOUSEEVENTF_LEFTDOWN);
+  Buttons(MOUSEEVENTF_LEFTUP);
+  const std::string on_c = Events();
+  Check(on_c == "Hover(8:C,8:Gamma) Click(8:C,3:61,3:25) Hover(8:,8:) Hover(8:C,8:Gamma)", "a click on C: Click(\"C\", 61, 25) (" + on_c + ")");
+  {
+    CallResult v;
+    InvokeId(d, IdOf(d, L"Value"), DISPATCH_PROPERTYGET, {VStr(L"C")}, v);
+    Check(V_VT(&v.value) == VT_BOOL && V_BOOL(&v.value) == VARIANT_TRUE, "... and checks it");
+  }
+  // The disabled B raises nothing.
+  PointerTo(origin.x + 30, origin.y + 10);
+  Buttons(MOUSEEVENTF_LEFTDOWN);
+  Buttons(MOUSEEVENTF_LEFTUP);
+  const std::string on_disabled = Events();
+  Check(on_disabled == "Hover(8:B,8:Beta) Hover(8:,8:) Hover(8:B,8:Beta)", "a click on disabled B: hover only (" + on_disabled + ")");
+  PointerTo(origin.x + 150, origin.y + 150);
+  Events();
+
+  // Design-time-only BorderStyle, and the tip text declared as a boolean.
+  Check(Put(d, L"BorderStyle", VI4(1)) == S_OK && GetLong(d, L"BorderStyle") == 3,
+        "BorderStyle = 1 at run time is ignored without an error");
+  {
+    CallResult r;
+    InvokeId(d, IdOf(d, L"ToolTipText"), DISPATCH_PROPERTYGET, {VStr(L"A")}, r);
+    Check(r.hr == DISP_E_EXCEPTION && r.excep.scode == static_cast<SCODE>(0x800A000D),
+          "ToolTipText(\"A\") (\"Alpha\" as a Boolean): DISP_E_EXCEPTION, scode 0x800A000D (13): " + Hex(r.hr) + " " +
+              Hex(r.excep.scode));
+    CallResult e;
+    InvokeId(d, IdOf(d, L"ToolTipText"), DISPATCH_PROPERTYGET, {VStr(L"nope")}, e);
+    Check(e.hr == S_OK && V_VT(&e.value) == VT_BOOL && V_BOOL(&e.value) == VARIANT_FALSE,
+          "ToolTipText of an unknown key reads False");
+  }
+
+  // IViewObject::Draw shows the same pixels as the window.
+  {
+    IViewObject* view = nullptr;
+    d->QueryInterface(IID_IViewObject, reinterpret_cast<void**>(&view));
+    HDC screen = GetDC(nullptr);
+    HDC mem = CreateCompatibleDC(screen);
+    HBITMAP bmp = CreateCompatibleBitmap(screen, 200, 28);
+    HGDIOBJ old = SelectObject(mem, bmp);
+    RECTL bounds{0, 0, 200, 28};
+    hr = view ? view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, mem, &bounds, nullptr, nullptr, 0) : E_FAIL;
+    std::string diff;
+    for (int y = 0; y < 22 && diff.empty(); ++y)
+      for (int x = 0; x < 188 && diff.empty(); ++x)
+        if (GetPixel(mem, 9 + x, 3 + y) != GetPixel(adc, x, y)) diff = std::to_string(x) + "," + std::to_string(y);
+    Check(hr == S_OK && diff.empty(), "IViewObject::Draw composes the button area over the control as shown " + diff);
+    SelectObject(mem, old);
+    DeleteObject(bmp);
+    DeleteDC(mem);
+    ReleaseDC(nullptr, screen);
+    if (view) view->Release();
+  }
+  ReleaseDC(area, adc);
+
+  if (ipo) {
+    Check(ipo->InPlaceDeactivate() == S_OK && !IsWindow(area), "deactivated: the area's window is gone");
+    ipo->Release();
+  }
+  if (point) {
+    point->Unadvise(cookie);
+    point->Release();
+  }
+  if (sink.info) sink.info->Release();
+  Unplace(d, ole);
+  if (strip) strip->Release();
+  DestroyWindow(site.window);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  OleInitialize(nullptr);
+  Run(argc > 1 ? ServerPath(argv[1]) : L"");
+  OleUninitialize();
+  return Summary();
+}
