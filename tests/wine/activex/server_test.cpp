@@ -142,7 +142,7 @@ void Unloading() {
   factory->Release();
   Check(can_unload() == S_OK, "DllCanUnloadNow is S_OK after LockServer(FALSE)");
   void* none = nullptr;
-  Check(CoGetClassObject(CLSID_KorvelToolbar, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, &none) != S_OK,
+  Check(CoGetClassObject(CLSID_KorvelColor, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, &none) != S_OK,
         "no class factory for a class the server cannot create");
 }
 

@@ -458,24 +458,23 @@ void Buttons(DWORD flags) {
   Pump(60);
 }
 
+BOOL CALLBACK FindTipWindow(HWND w, LPARAM p) {
+  wchar_t cls[64] = {};
+  GetClassNameW(w, cls, 64);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(w, &pid);
+  if (pid == GetCurrentProcessId() && wcscmp(cls, L"KorvelSurface") == 0) {
+    *reinterpret_cast<HWND*>(p) = w;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// The toolbar's tip: the process's one top-level window of the surface class.
 HWND FindTip() {
-  struct Found {
-    HWND wnd = nullptr;
-  } found;
-  EnumWindows(
-      [](HWND w, LPARAM p) -> BOOL {
-        wchar_t cls[64] = {};
-        GetClassNameW(w, cls, 64);
-        DWORD pid = 0;
-        GetWindowThreadProcessId(w, &pid);
-        if (pid == GetCurrentProcessId() && wcscmp(cls, L"KorvelSurface") == 0) {
-          reinterpret_cast<Found*>(p)->wnd = w;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&found));
-  return found.wnd;
+  HWND found = nullptr;
+  EnumWindows(FindTipWindow, reinterpret_cast<LPARAM>(&found));
+  return found;
 }
 
 void Run(const std::wstring& server) {
@@ -590,6 +589,17 @@ void Run(const std::wstring& server) {
     VARIANT_BOOL b = VARIANT_FALSE;
     hr = tb->get_Value(c, &b);
     Check(hr == S_OK && b == VARIANT_TRUE, "get_Value(\"C\") through the vtable: True");
+    BSTR a = SysAllocString(L"A");
+    VARIANT_BOOL before = VARIANT_FALSE, after = VARIANT_TRUE, back = VARIANT_FALSE;
+    HRESULT g1 = tb->get_Enabled(a, &before);
+    HRESULT p1 = tb->put_Enabled(a, VARIANT_FALSE);
+    HRESULT g2 = tb->get_Enabled(a, &after);
+    HRESULT p2 = tb->put_Enabled(a, VARIANT_TRUE);
+    tb->get_Enabled(a, &back);
+    SysFreeString(a);
+    Check(g1 == S_OK && p1 == S_OK && g2 == S_OK && p2 == S_OK && before == VARIANT_TRUE && after == VARIANT_FALSE &&
+              back == VARIANT_TRUE,
+          "put_Enabled/get_Enabled(\"A\") through the vtable: True, False, True again");
     ktStyle st = ktButton;
     hr = tb->get_Style(c, &st);
     Check(hr == S_OK && st == ktCheck, "get_Style(\"C\") through the vtable: ktCheck");
