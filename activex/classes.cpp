@@ -3,10 +3,12 @@
 #include "controls/divider/divider.h"
 #include "controls/link/link.h"
 #include "controls/minislider/minislider.h"
+#include "controls/toolbar/kt_buttons.h"
 #include "controls/toolbar/toolbar.h"
 #include "activex/classes.h"
 
 #include "activex/ole_control.h"
+#include "activex/ole_page.h"
 #include "korvel_duals.h"
 #include "korvelui99.h"
 
@@ -34,19 +36,27 @@ std::unique_ptr<Control> Make(Host& host, Platform& platform) {
   return std::make_unique<C>(host, platform);
 }
 
+template <class P>
+std::unique_ptr<PropertyPage> MakePage(Host& host, Platform& platform) {
+  return std::make_unique<P>(host, platform);
+}
+
 const ClassInfo kClasses[] = {
     {ClassKind::Control, L"KorvelToolbar", &CLSID_KorvelToolbar, &IID__KorvelToolbar, &DIID___KorvelToolbar,
      kBitmapToolbar, kControlMisc, L"KorvelUI - KorvelToolbar", Make<KorvelToolbar>, NewDual_KorvelToolbar,
-     &CLSID_ktButtons},
+     OleControl::Create, {&CLSID_ktButtons}, nullptr},
+    {ClassKind::PropertyPage, L"ktButtons", &CLSID_ktButtons, &IID__ktButtons, nullptr, 0, 0,
+     L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, OlePage::Create, {}, MakePage<ktButtons>},
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
-     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink},
+     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink, OleControl::Create, {}},
     {ClassKind::Control, L"KorvelBar", &CLSID_KorvelBar, &IID__KorvelBar, &DIID___KorvelBar, kBitmapBar,
-     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar},
+     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar, OleControl::Create, {}},
     {ClassKind::Control, L"KorvelDivider", &CLSID_KorvelDivider, &IID__KorvelDivider, &DIID___KorvelDivider,
-     kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider},
+     kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider,
+     OleControl::Create, {}},
     {ClassKind::Control, L"KorvelMiniSlider", &CLSID_KorvelMiniSlider, &IID__KorvelMiniSlider,
      &DIID___KorvelMiniSlider, kBitmapMiniSlider, kControlMisc, L"KorvelUI - KorvelMiniSlider",
-     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider},
+     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider, OleControl::Create, {}},
 };
 
 }  // namespace

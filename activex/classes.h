@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "framework/control.h"
+#include "framework/property_page.h"
 
 #include <windows.h>
 #include <ocidl.h>
@@ -35,8 +36,15 @@ struct ClassInfo {
   std::unique_ptr<Control> (*create_control)(Host& host, Platform& platform);
   // Creates the dual-interface adapter of an object of this class.
   std::unique_ptr<DualBase> (*create_dual)(OleControl& owner);
-  // The property page the control lists in ISpecifyPropertyPages (none when null).
-  const CLSID* property_page = nullptr;
+  // Creates a COM object of the class (the class factory's CreateInstance):
+  // OleControl::Create for controls, the page's own object for a property page.
+  HRESULT (*create_instance)(const ClassInfo& cls, IUnknown* outer, REFIID riid, void** out);
+  // The property pages a control lists in ISpecifyPropertyPages (none yet; the
+  // toolbar will list ktButtons once the page's COM object exists).
+  // Null-terminated.
+  const CLSID* pages[4];
+  // Creates the portable page (property pages only).
+  std::unique_ptr<PropertyPage> (*create_page)(Host& host, Platform& platform);
 };
 
 // The rows, in registration order; ClassCount() of them.

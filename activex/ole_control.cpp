@@ -603,11 +603,12 @@ STDMETHODIMP OleControl::GetPages(CAUUID* pages) {
   if (!pages) return E_POINTER;
   pages->cElems = 0;
   pages->pElems = nullptr;
-  if (!cls_.property_page) return S_OK;
-  pages->pElems = static_cast<GUID*>(CoTaskMemAlloc(sizeof(GUID)));
+  size_t n = 0;
+  while (n < 4 && cls_.pages[n]) ++n;
+  if (n == 0) return S_OK;
+  pages->pElems = static_cast<GUID*>(CoTaskMemAlloc(n * sizeof(GUID)));
   if (!pages->pElems) return E_OUTOFMEMORY;
-  pages->pElems[0] = *cls_.property_page;
-  pages->cElems = 1;
+  for (size_t i = 0; i < n; ++i) pages->pElems[pages->cElems++] = *cls_.pages[i];
   return S_OK;
 }
 
@@ -740,8 +741,9 @@ void OleControl::ApplyExtent() {
 }
 
 void OleControl::RequestSize(int width_px, int height_px) {
-  extent_.cx = PixelsToHimetric(width_px);
-  extent_.cy = PixelsToHimetric(height_px);
+  // A side whose pixel size stays keeps its exact HIMETRIC extent.
+  if (HimetricToPixels(extent_.cx) != width_px) extent_.cx = PixelsToHimetric(width_px);
+  if (HimetricToPixels(extent_.cy) != height_px) extent_.cy = PixelsToHimetric(height_px);
   Surface& s = control_->UserControl();
   control_->SetExtentPixels(width_px, height_px);
   if (inplace_site_ && inplace_active_) {

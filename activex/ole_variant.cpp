@@ -60,33 +60,33 @@ void CopyFontFromOle(IFont* ole, Font& f) {
   if (SUCCEEDED(ole->get_Strikethrough(&b))) f.SetStrikethrough(b != FALSE);
 }
 
-// A picture made from a handle may save no file bytes (Wine's SaveAsFile writes
-// none for one): its persistent form is a 4-byte tag and a 32-bit length before
-// the same bytes.
-PictureRef PictureFromPersistStream(IPicture* ole) {
-  PictureRef result;
-  IPersistStream* persist = nullptr;
-  if (FAILED(ole->QueryInterface(IID_IPersistStream, reinterpret_cast<void**>(&persist))) || !persist) return result;
-  IStream* stream = nullptr;
-  if (SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, &stream))) {
-    STATSTG st{};
-    if (SUCCEEDED(persist->Save(stream, FALSE)) && SUCCEEDED(stream->Stat(&st, STATFLAG_NONAME)) &&
-        st.cbSize.QuadPart > 8) {
-      HGLOBAL mem = nullptr;
-      GetHGlobalFromStream(stream, &mem);
-      const auto* bytes = static_cast<const std::uint8_t*>(GlobalLock(mem));
-      if (bytes) {
-        std::uint32_t length = 0;
-        std::memcpy(&length, bytes + 4, sizeof length);
-        if (length > 0 && length <= st.cbSize.QuadPart - 8)
-          result = Picture::FromBytes(std::vector<std::uint8_t>(bytes + 8, bytes + 8 + length));
-        GlobalUnlock(mem);
-      }
-    }
-    stream->Release();
+// A bitmap picture that cannot be saved as a file: its pixels, read from the handle.
+PictureRef PictureOfBitmap(IPicture* ole) {
+  SHORT type = PICTYPE_NONE;
+  OLE_HANDLE handle = 0;
+  if (FAILED(ole->get_Type(&type)) || type != PICTYPE_BITMAP || FAILED(ole->get_Handle(&handle)) || !handle)
+    return nullptr;
+  HBITMAP bmp = reinterpret_cast<HBITMAP>(static_cast<UINT_PTR>(handle));
+  BITMAP info{};
+  if (!GetObjectW(bmp, sizeof info, &info) || info.bmWidth <= 0 || info.bmHeight <= 0) return nullptr;
+  BITMAPINFO bi{};
+  bi.bmiHeader.biSize = sizeof bi.bmiHeader;
+  bi.bmiHeader.biWidth = info.bmWidth;
+  bi.bmiHeader.biHeight = -info.bmHeight;  // top-down
+  bi.bmiHeader.biPlanes = 1;
+  bi.bmiHeader.biBitCount = 32;
+  bi.bmiHeader.biCompression = BI_RGB;
+  std::vector<DWORD> bits(static_cast<size_t>(info.bmWidth) * static_cast<size_t>(info.bmHeight));
+  HDC dc = GetDC(nullptr);
+  const int rows = GetDIBits(dc, bmp, 0, static_cast<UINT>(info.bmHeight), bits.data(), &bi, DIB_RGB_COLORS);
+  ReleaseDC(nullptr, dc);
+  if (rows != info.bmHeight) return nullptr;
+  Image image(info.bmWidth, info.bmHeight);
+  for (size_t i = 0; i < bits.size(); ++i) {
+    const DWORD d = bits[i];  // 0x00RRGGBB in memory order B, G, R
+    image.pixels[i] = ((d >> 16) & 0xFF) | (d & 0xFF00) | ((d & 0xFF) << 16);
   }
-  persist->Release();
-  return result;
+  return Picture::FromImage(std::move(image));
 }
 
 }  // namespace
@@ -211,7 +211,7 @@ PictureRef ObjectBridge::PictureFrom(IDispatch* disp) {
     }
     stream->Release();
   }
-  if (!result) result = PictureFromPersistStream(ole);
+  if (!result) result = PictureOfBitmap(ole);
   ole->Release();
   if (!result) throw RuntimeError(kErrTypeMismatch);
   disp->AddRef();
@@ -259,8 +259,7 @@ Variant ObjectBridge::FromOle(const VARIANT& in) {
   } guard{&v};
   if (V_VT(&v) & VT_ARRAY) {
     SAFEARRAY* sa = V_ARRAY(&v);
-    // A caller's array not yet dimensioned (a null SAFEARRAY) is an empty one.
-    if (!sa) return Variant::Array({}, 0);
+    if (!sa) return Variant::Array({}, 1);  // an array not yet dimensioned
     if (SafeArrayGetDim(sa) != 1) throw RuntimeError(kErrTypeMismatch);
     LONG lo = 0, hi = -1;
     SafeArrayGetLBound(sa, 1, &lo);

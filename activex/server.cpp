@@ -39,7 +39,7 @@ class ClassFactory : public IClassFactory {
   }
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID riid, void** out) override {
     try {
-      return OleControl::Create(cls_, outer, riid, out);
+      return cls_.create_instance(cls_, outer, riid, out);
     } catch (...) {
       if (out) *out = nullptr;
       return E_UNEXPECTED;

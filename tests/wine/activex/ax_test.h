@@ -30,6 +30,12 @@ inline int Summary() {
   return failed == 0 ? 0 : 1;
 }
 
+inline std::string Join(const std::vector<std::string>& v) {
+  std::string s;
+  for (auto& x : v) s += (s.empty() ? "" : " ") + x;
+  return s;
+}
+
 inline std::string Hex(HRESULT hr) {
   char buf[16];
   std::snprintf(buf, sizeof buf, "0x%08lX", static_cast<unsigned long>(hr));

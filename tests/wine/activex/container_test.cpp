@@ -3,153 +3,12 @@
 // UserMode, BackColor and Font reaching the controls, re-reading them on
 // OnAmbientPropertyChange, the extender, in-place activation with its window, a
 // control asking for its own size, and mouse input reaching the control.
-#include "ax_test.h"
+#include "ax_site.h"
 
 using namespace axtest;
 
 namespace {
 
-class Extender : public IDispatch {
- public:
-  std::vector<std::string> puts;
-  VARIANT_BOOL visible = VARIANT_TRUE, enabled = VARIANT_TRUE;
-  long align = 0;
-  STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch)) {
-      *out = static_cast<IDispatch*>(this);
-      return S_OK;
-    }
-    *out = nullptr;
-    return E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
-    static const wchar_t* kNames[] = {L"Name", L"Visible", L"Align", L"Enabled"};
-    for (int i = 0; i < 4; ++i)
-      if (_wcsicmp(names[0], kNames[i]) == 0) {
-        *id = i + 1;
-        return S_OK;
-      }
-    *id = DISPID_UNKNOWN;
-    return DISP_E_UNKNOWNNAME;
-  }
-  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* dp, VARIANT* result, EXCEPINFO*, UINT*) override {
-    if (flags & DISPATCH_PROPERTYPUT) {
-      VARIANT v;
-      VariantInit(&v);
-      VariantChangeType(&v, &dp->rgvarg[0], 0, VT_I4);
-      static const char* kNames[] = {"", "Name", "Visible", "Align", "Enabled"};
-      puts.push_back(std::string(kNames[id]) + "=" + std::to_string(V_I4(&v)));
-      if (id == 2) visible = V_I4(&v) ? VARIANT_TRUE : VARIANT_FALSE;
-      if (id == 3) align = V_I4(&v);
-      if (id == 4) enabled = V_I4(&v) ? VARIANT_TRUE : VARIANT_FALSE;
-      return S_OK;
-    }
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    switch (id) {
-      case 1: V_VT(result) = VT_BSTR; V_BSTR(result) = SysAllocString(L"Slider1"); return S_OK;
-      case 2: V_VT(result) = VT_BOOL; V_BOOL(result) = visible; return S_OK;
-      case 3: V_VT(result) = VT_I4; V_I4(result) = align; return S_OK;
-      case 4: V_VT(result) = VT_BOOL; V_BOOL(result) = enabled; return S_OK;
-      default: return DISP_E_MEMBERNOTFOUND;
-    }
-  }
-};
-
-class Site : public IOleClientSite, public IOleInPlaceSite, public IOleControlSite, public IDispatch {
- public:
-  HWND window = nullptr;
-  RECT pos{10, 10, 110, 34};
-  bool user_mode = true;
-  long back_color = 0x8000000F;
-  IDispatch* font = nullptr;
-  Extender extender;
-  std::vector<std::string> log;
-  std::vector<RECT> pos_changes;
-
-  STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IOleClientSite)) *out = static_cast<IOleClientSite*>(this);
-    else if (IsEqualIID(riid, IID_IOleWindow) || IsEqualIID(riid, IID_IOleInPlaceSite)) *out = static_cast<IOleInPlaceSite*>(this);
-    else if (IsEqualIID(riid, IID_IOleControlSite)) *out = static_cast<IOleControlSite*>(this);
-    else if (IsEqualIID(riid, IID_IDispatch)) *out = static_cast<IDispatch*>(this);
-    else {
-      *out = nullptr;
-      return E_NOINTERFACE;
-    }
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  // IOleClientSite
-  STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
-  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** m) override { *m = nullptr; return E_NOTIMPL; }
-  STDMETHODIMP GetContainer(IOleContainer** c) override { *c = nullptr; return E_NOINTERFACE; }
-  STDMETHODIMP ShowObject() override { return S_OK; }
-  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
-  STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
-  // IOleInPlaceSite
-  STDMETHODIMP GetWindow(HWND* w) override { *w = window; return S_OK; }
-  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
-  STDMETHODIMP CanInPlaceActivate() override { log.push_back("CanInPlaceActivate"); return S_OK; }
-  STDMETHODIMP OnInPlaceActivate() override { log.push_back("OnInPlaceActivate"); return S_OK; }
-  STDMETHODIMP OnUIActivate() override { log.push_back("OnUIActivate"); return S_OK; }
-  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** f, IOleInPlaceUIWindow** d, LPRECT p, LPRECT c,
-                                LPOLEINPLACEFRAMEINFO) override {
-    log.push_back("GetWindowContext");
-    *f = nullptr;
-    *d = nullptr;
-    *p = pos;
-    *c = pos;
-    return S_OK;
-  }
-  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
-  STDMETHODIMP OnUIDeactivate(BOOL) override { log.push_back("OnUIDeactivate"); return S_OK; }
-  STDMETHODIMP OnInPlaceDeactivate() override { log.push_back("OnInPlaceDeactivate"); return S_OK; }
-  STDMETHODIMP DiscardUndoState() override { return S_OK; }
-  STDMETHODIMP DeactivateAndUndo() override { return S_OK; }
-  STDMETHODIMP OnPosRectChange(LPCRECT r) override {
-    pos_changes.push_back(*r);
-    return S_OK;
-  }
-  // IOleControlSite
-  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
-  STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
-  STDMETHODIMP GetExtendedControl(IDispatch** d) override { *d = &extender; return S_OK; }
-  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP TranslateAccelerator(MSG*, DWORD) override { return S_FALSE; }
-  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
-  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
-  // IDispatch: the ambient properties
-  STDMETHODIMP GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* r, EXCEPINFO*, UINT*) override {
-    if (!r) return E_POINTER;
-    VariantInit(r);
-    switch (id) {
-      case DISPID_AMBIENT_USERMODE: V_VT(r) = VT_BOOL; V_BOOL(r) = user_mode ? VARIANT_TRUE : VARIANT_FALSE; return S_OK;
-      case DISPID_AMBIENT_BACKCOLOR: V_VT(r) = VT_I4; V_I4(r) = back_color; return S_OK;
-      case DISPID_AMBIENT_DISPLAYNAME: V_VT(r) = VT_BSTR; V_BSTR(r) = SysAllocString(L"Slider1"); return S_OK;
-      case DISPID_AMBIENT_FONT:
-        if (!font) return DISP_E_MEMBERNOTFOUND;
-        V_VT(r) = VT_DISPATCH;
-        V_DISPATCH(r) = font;
-        font->AddRef();
-        return S_OK;
-      default: return DISP_E_MEMBERNOTFOUND;
-    }
-  }
-};
-
-std::string Join(const std::vector<std::string>& v) {
-  std::string s;
-  for (auto& x : v) s += (s.empty() ? "" : " ") + x;
-  return s;
-}
 
 std::string FontName(IDispatch* d) {
   IFont* f = nullptr;
@@ -160,21 +19,6 @@ std::string FontName(IDispatch* d) {
   std::string s = n ? Narrow(n) : "";
   SysFreeString(n);
   return s;
-}
-
-// Creates progid on site (the site first, as the misc status asks) and runs InitNew.
-IDispatch* Place(const wchar_t* progid, Site& site, IOleObject** ole) {
-  IDispatch* d = Create(progid);
-  *ole = nullptr;
-  if (!d) return nullptr;
-  d->QueryInterface(IID_IOleObject, reinterpret_cast<void**>(ole));
-  if (*ole) (*ole)->SetClientSite(&site);
-  IPersistStreamInit* p = nullptr;
-  if (SUCCEEDED(d->QueryInterface(IID_IPersistStreamInit, reinterpret_cast<void**>(&p)))) {
-    p->InitNew();
-    p->Release();
-  }
-  return d;
 }
 
 void Pump(int ms) {
@@ -260,6 +104,11 @@ void InPlace() {
   IDispatch* slider = Place(L"KorvelUI99.KorvelMiniSlider", site, &ole);
   if (!slider || !ole) return;
   Sink sink(DIID___KorvelMiniSlider);
+  ITypeLib* tl = nullptr;
+  if (SUCCEEDED(LoadRegTypeLib(LIBID_KorvelUI99, 1, 0, LOCALE_NEUTRAL, &tl))) {
+    tl->GetTypeInfoOfGuid(DIID___KorvelMiniSlider, &sink.info);
+    tl->Release();
+  }
   IConnectionPoint* point = nullptr;
   DWORD cookie = Connect(slider, DIID___KorvelMiniSlider, static_cast<IDispatch*>(&sink), &point);
   HRESULT hr = ole->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, &site, 0, site.window, &site.pos);
@@ -286,7 +135,8 @@ void InPlace() {
   }
   Check(GetLong(slider, L"Value") == 50, "a mouse press in the control's window sets the value (got " +
                                              std::to_string(GetLong(slider, L"Value")) + ")");
-  Check(!sink.calls.empty(), "the press raised events: " + Join(sink.calls));
+  Check(sink.calls == std::vector<std::string>{"Click(3:50)", "Change(3:50)"},
+        "the press raised Click(50) then Change(50) (got " + Join(sink.calls) + ")");
   site.log.clear();
   Check(ipo && ipo->InPlaceDeactivate() == S_OK, "InPlaceDeactivate");
   Check(Join(site.log) == "OnInPlaceDeactivate", "the site hears OnInPlaceDeactivate (got " + Join(site.log) + ")");
@@ -300,6 +150,7 @@ void InPlace() {
   ole->SetClientSite(nullptr);
   ole->Release();
   slider->Release();
+  if (sink.info) sink.info->Release();
 
   // A bar narrower than 5 pixels asks for 5: the in-place site hears of the new rectangle.
   site.pos = RECT{20, 40, 22, 60};

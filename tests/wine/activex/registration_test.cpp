@@ -131,6 +131,10 @@ void ExpectRegistered(const std::wstring& path) {
     Check(SUCCEEDED(CLSIDFromProgID(progid.c_str(), &c)) && IsEqualCLSID(c, *r.clsid), "CLSIDFromProgID(" + Narrow(progid) + ")");
     Check(SUCCEEDED(CLSIDFromProgID(versioned.c_str(), &c)) && IsEqualCLSID(c, *r.clsid), "CLSIDFromProgID(" + Narrow(versioned) + ")");
   }
+  // The toolbar's Buttons page.
+  const std::wstring page = L"CLSID\\" + Guid(CLSID_ktButtons);
+  ExpectKey(page, {L"InprocServer32"}, {L"=KorvelUI - KorvelToolbar Buttons"});
+  ExpectKey(page + L"\\InprocServer32", {}, {L"=" + path, L"ThreadingModel=Apartment"});
   std::set<std::wstring> s, v;
   Check(ReadKey(L"TypeLib\\" + libid + L"\\1.0\\0\\" + kPlatformKey, s, v) && v.count(L"=" + path) == 1,
         "type library registered with the server's path under " + Narrow(kPlatformKey));
@@ -150,13 +154,14 @@ void ExpectUnregistered() {
     Check(!KeyExists(L"Interface\\" + Guid(*r.dual)), "Interface of _" + Narrow(r.name) + " removed");
     Check(!KeyExists(L"Interface\\" + Guid(*r.events)), "Interface of __" + Narrow(r.name) + " removed");
   }
+  Check(!KeyExists(L"CLSID\\" + Guid(CLSID_ktButtons)), "CLSID key of the ktButtons page removed");
   Check(!KeyExists(L"TypeLib\\" + libid + L"\\1.0"), "type library version key removed");
   ITypeLib* tl = nullptr;
   HRESULT hr = LoadRegTypeLib(LIBID_KorvelUI99, 1, 0, LOCALE_NEUTRAL, &tl);
   Check(FAILED(hr), "LoadRegTypeLib no longer finds the library");
   if (tl) tl->Release();
   // Classes the server cannot create yet are not registered at all.
-  Check(!KeyExists(L"CLSID\\" + Guid(CLSID_KorvelToolbar)), "no key for a class the server cannot create");
+  Check(!KeyExists(L"CLSID\\" + Guid(CLSID_KorvelColor)), "no key for a class the server cannot create");
 }
 
 }  // namespace

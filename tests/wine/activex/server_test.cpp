@@ -12,7 +12,7 @@ using namespace axtest;
 
 namespace {
 
-const wchar_t* kProgIds[] = {L"KorvelUI99.KorvelLink", L"KorvelUI99.KorvelDivider", L"KorvelUI99.KorvelBar",
+const wchar_t* kProgIds[] = {L"KorvelUI99.KorvelToolbar", L"KorvelUI99.KorvelLink", L"KorvelUI99.KorvelDivider", L"KorvelUI99.KorvelBar",
                              L"KorvelUI99.KorvelMiniSlider"};
 
 void Interfaces(const wchar_t* progid) {
@@ -91,7 +91,11 @@ void Interfaces(const wchar_t* progid) {
   ISpecifyPropertyPages* pages = nullptr;
   if (SUCCEEDED(d->QueryInterface(IID_ISpecifyPropertyPages, reinterpret_cast<void**>(&pages)))) {
     CAUUID list{5, nullptr};
-    Check(pages->GetPages(&list) == S_OK && list.cElems == 0, cls + ": no property pages");
+    if (cls == "KorvelUI99.KorvelToolbar")
+      Check(pages->GetPages(&list) == S_OK && list.cElems == 1 && IsEqualCLSID(list.pElems[0], CLSID_ktButtons),
+            cls + ": lists its Buttons page");
+    else
+      Check(pages->GetPages(&list) == S_OK && list.cElems == 0, cls + ": no property pages");
     CoTaskMemFree(list.pElems);
     pages->Release();
   }
@@ -101,9 +105,11 @@ void Interfaces(const wchar_t* progid) {
     Check(ole->GetMiscStatus(DVASPECT_CONTENT, &misc) == S_OK && misc == 0x20191, cls + ": misc status 0x20191");
     SIZEL size{2000, 700};
     SIZEL got{};
-    Check(ole->SetExtent(DVASPECT_CONTENT, &size) == S_OK && ole->GetExtent(DVASPECT_CONTENT, &got) == S_OK &&
-              got.cx == 2000 && got.cy == 700,
-          cls + ": SetExtent then GetExtent");
+    // The toolbar keeps a height of its own; the others take the extent given.
+    const bool toolbar = cls == "KorvelUI99.KorvelToolbar";
+    const bool ok = ole->SetExtent(DVASPECT_CONTENT, &size) == S_OK && ole->GetExtent(DVASPECT_CONTENT, &got) == S_OK;
+    Check(ok && got.cx == 2000 && (toolbar ? got.cy != 700 && got.cy > 0 : got.cy == 700),
+          cls + ": SetExtent then GetExtent gives 2000 x " + std::to_string(got.cy));
     CLSID user{};
     CLSID clsid{};
     CLSIDFromProgID(progid, &clsid);
@@ -118,7 +124,8 @@ using CanUnload = HRESULT(STDAPICALLTYPE*)();
 void Unloading() {
   IDispatch* d = Create(L"KorvelUI99.KorvelLink");
   HMODULE server = GetModuleHandleW(L"KorvelUI99.ocx");
-  auto can_unload = server ? reinterpret_cast<CanUnload>(GetProcAddress(server, "DllCanUnloadNow")) : nullptr;
+  auto can_unload =
+      server ? reinterpret_cast<CanUnload>(reinterpret_cast<void*>(GetProcAddress(server, "DllCanUnloadNow"))) : nullptr;
   Check(can_unload != nullptr, "the server exports DllCanUnloadNow");
   if (!can_unload || !d) return;
   Check(can_unload() == S_FALSE, "DllCanUnloadNow is S_FALSE while an object lives");
@@ -251,10 +258,31 @@ void Draw() {
   d->Release();
 }
 
+// ---- resources ----
+
+void Resources(const std::wstring& path) {
+  HMODULE m = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  Check(m != nullptr, "the server loads as a data file");
+  if (!m) return;
+  Check(FindResourceW(m, MAKEINTRESOURCEW(1), L"TYPELIB") != nullptr, "the type library is resource TYPELIB 1");
+  int good = 0;
+  for (int id = 30000; id <= 30015; ++id) {
+    HBITMAP b = static_cast<HBITMAP>(LoadImageW(m, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, 0));
+    BITMAP info{};
+    if (b && GetObjectW(b, sizeof info, &info) && info.bmWidth == 16 && info.bmHeight == 15) ++good;
+    if (b) DeleteObject(b);
+  }
+  Check(good == 16, "sixteen 16 x 15 toolbox bitmaps, 30000 to 30015 (got " + std::to_string(good) + ")");
+  Check(FindResourceW(m, MAKEINTRESOURCEW(30016), MAKEINTRESOURCEW(2)) == nullptr, "no bitmap 30016");
+  FreeLibrary(m);
+}
+
 }  // namespace
 
-int main() {
+int main(int argc, char** argv) {
   CoInitialize(nullptr);
+  if (argc > 1) Resources(ServerPath(argv[1]));
+  else Check(false, "the server's path is given");
   for (const wchar_t* p : kProgIds) Interfaces(p);
   Unloading();
   for (const wchar_t* p : kProgIds) AboutBox(p);
