@@ -48,15 +48,15 @@ const ClassInfo kClasses[] = {
     {ClassKind::PropertyPage, L"ktButtons", &CLSID_ktButtons, &IID__ktButtons, nullptr, 0, 0,
      L"KorvelUI - KorvelToolbar Buttons", nullptr, nullptr, OlePage::Create, {}, MakePage<ktButtons>},
     {ClassKind::Control, L"KorvelLink", &CLSID_KorvelLink, &IID__KorvelLink, &DIID___KorvelLink, kBitmapLink,
-     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink, OleControl::Create, {}},
+     kControlMisc, L"KorvelUI - KorvelLink", Make<KorvelLink>, NewDual_KorvelLink, OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelBar", &CLSID_KorvelBar, &IID__KorvelBar, &DIID___KorvelBar, kBitmapBar,
-     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar, OleControl::Create, {}},
+     kControlMisc, L"KorvelUI - KorvelBar", Make<KorvelBar>, NewDual_KorvelBar, OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelDivider", &CLSID_KorvelDivider, &IID__KorvelDivider, &DIID___KorvelDivider,
      kBitmapDivider, kControlMisc, L"KorvelUI - KorvelDivider", Make<KorvelDivider>, NewDual_KorvelDivider,
-     OleControl::Create, {}},
+     OleControl::Create, {}, nullptr},
     {ClassKind::Control, L"KorvelMiniSlider", &CLSID_KorvelMiniSlider, &IID__KorvelMiniSlider,
      &DIID___KorvelMiniSlider, kBitmapMiniSlider, kControlMisc, L"KorvelUI - KorvelMiniSlider",
-     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider, OleControl::Create, {}},
+     Make<KorvelMiniSlider>, NewDual_KorvelMiniSlider, OleControl::Create, {}, nullptr},
 };
 
 }  // namespace
