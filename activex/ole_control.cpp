@@ -813,6 +813,16 @@ void OleControl::RouteMouse(unsigned msg, std::uintptr_t wp, std::intptr_t lp) {
   }
 }
 
+std::function<bool(unsigned, std::uintptr_t, std::intptr_t)> OleControl::MouseRoute(Surface& surface) {
+  // Only the surface that takes the control's input passes its mouse messages on.
+  if (&surface != &control_->InputSurface()) return nullptr;
+  return [this](unsigned msg, std::uintptr_t wp, std::intptr_t lp) -> bool {
+    if (msg < WM_MOUSEFIRST || msg > WM_MOUSELAST) return false;
+    RouteMouse(msg, wp, lp);
+    return true;
+  };
+}
+
 HRESULT OleControl::ActivateInPlace(IOleClientSite* site, HWND parent, bool ui) {
   if (!site) site = site_;
   if (!site) return E_UNEXPECTED;
@@ -841,11 +851,7 @@ HRESULT OleControl::ActivateInPlace(IOleClientSite* site, HWND parent, bool ui) 
     host_->SetWindow(wnd);
     Surface& s = control_->UserControl();
     if (auto* ws = dynamic_cast<win32::Win32SurfaceSite*>(&s.site())) {
-      ws->on_message = [this](unsigned msg, std::uintptr_t wp, std::intptr_t lp) -> bool {
-        if (msg < WM_MOUSEFIRST || msg > WM_MOUSELAST) return false;
-        RouteMouse(msg, wp, lp);
-        return true;
-      };
+      ws->on_message = MouseRoute(s);
       ws->SetParentWindow(reinterpret_cast<Hwnd>(wnd));
     }
     const int w = pos.right - pos.left, h = pos.bottom - pos.top;
@@ -857,6 +863,11 @@ HRESULT OleControl::ActivateInPlace(IOleClientSite* site, HWND parent, bool ui) 
     s.SetVisible(true);
     control_->Resize();
     control_->Show();
+    // A control that hands its input to a constituent surface has given it a window
+    // of its own by now (in Show).
+    Surface& input = control_->InputSurface();
+    if (&input != &s)
+      if (auto* is = dynamic_cast<win32::Win32SurfaceSite*>(&input.site())) is->on_message = MouseRoute(input);
     control_->Paint();
   }
   if (ui && !ui_active_) {
@@ -947,6 +958,7 @@ STDMETHODIMP OleControl::InPlaceDeactivate() {
   try {
     UIDeactivate();
     Surface& s = control_->UserControl();
+    if (auto* is = dynamic_cast<win32::Win32SurfaceSite*>(&control_->InputSurface().site())) is->on_message = nullptr;
     if (auto* ws = dynamic_cast<win32::Win32SurfaceSite*>(&s.site())) {
       ws->on_message = nullptr;
       ws->SetParentWindow(0);
@@ -1036,8 +1048,18 @@ STDMETHODIMP OleControl::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, H
     auto* ws = dynamic_cast<win32::Win32SurfaceSite*>(&control_->UserControl().site());
     if (!ws) return E_FAIL;
     control_->Paint();
-    ws->DrawTo(reinterpret_cast<Hdc>(dc), bounds->left, bounds->top, bounds->right - bounds->left,
-               bounds->bottom - bounds->top);
+    const int cx = bounds->right - bounds->left, cy = bounds->bottom - bounds->top;
+    ws->DrawTo(reinterpret_cast<Hdc>(dc), bounds->left, bounds->top, cx, cy);
+    // A constituent surface that takes the input is shown over the area, scaled alike.
+    Surface& uc = control_->UserControl();
+    Surface& input = control_->InputSurface();
+    auto* is = dynamic_cast<win32::Win32SurfaceSite*>(&input.site());
+    if (&input != &uc && is && input.Visible() && uc.Width() > 0 && uc.Height() > 0) {
+      const auto sx = [&](int v) { return static_cast<int>(static_cast<long long>(v) * cx / uc.Width()); };
+      const auto sy = [&](int v) { return static_cast<int>(static_cast<long long>(v) * cy / uc.Height()); };
+      is->DrawTo(reinterpret_cast<Hdc>(dc), bounds->left + sx(input.Left()), bounds->top + sy(input.Top()),
+                 sx(input.Width()), sy(input.Height()));
+    }
     return S_OK;
   } catch (...) {
     return E_FAIL;

@@ -7,6 +7,7 @@
 //
 // QueryInterface answers the same way for the whole life of the object.
 #pragma once
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -178,6 +179,9 @@ class OleControl final : public IConnectionPointContainer,
   void ApplyExtent();
   HRESULT ActivateInPlace(IOleClientSite* site, HWND parent, bool ui);
   void RouteMouse(unsigned msg, std::uintptr_t wparam, std::intptr_t lparam);
+  // The window-message handler of one of the control's surfaces (none for a
+  // surface that does not take the control's mouse input).
+  std::function<bool(unsigned, std::uintptr_t, std::intptr_t)> MouseRoute(Surface& surface);
 
   LONG refs_ = 1;
   const ClassInfo& cls_;

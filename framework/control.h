@@ -54,6 +54,10 @@ class Control : public Automation {
 
   // ---- the control's own area ----
   Surface& UserControl() { return *surface_; }
+  // The surface whose mouse input the mouse events above receive, in its own
+  // pixels: the control's own area, unless a control hands its input to one of its
+  // constituent surfaces (a child of its area, shown over it).
+  virtual Surface& InputSurface() { return *surface_; }
   Host& host() { return host_; }
   Platform& platform() { return platform_; }
 

@@ -564,6 +564,22 @@ void KorvelToolbar::Resize() {
   }
 }
 
+void KorvelToolbar::Show() {
+  const Hwnd parent = UserControl().hWnd();
+  if (!parent || button_area_->hWnd()) return;
+  FontRef tip_font = tool_tip_->Font();
+  tool_tip_.reset();
+  button_area_ = std::make_unique<Surface>(platform_, parent, 1, 1);
+  button_area_->SetAutoRedraw(true);
+  tool_tip_ = std::make_unique<Surface>(platform_, parent, 1, 1);
+  tool_tip_->SetVisible(false);
+  tool_tip_->SetFont(tip_font);
+  hot_index_ = 0;
+  inside_ = false;
+  pressing_ = false;
+  Resize();
+}
+
 void KorvelToolbar::Paint() {
   Surface& uc = UserControl();
   uc.Cls();

@@ -67,6 +67,12 @@ class KorvelToolbar : public Control {
   void WriteProperties(PropertyBag& bag) override;
   void Resize() override;
   void Paint() override;
+  // Where the control's area has been given a window since the toolbar was made (a
+  // container activating it in place), the button area and the tip get windows of
+  // their own: the area a child of the control's, the tip made top-level when shown.
+  void Show() override;
+  // The mouse events are the button area's.
+  Surface& InputSurface() override { return *button_area_; }
   // Mouse input of ButtonArea (coordinates in ButtonArea pixels).
   void MouseDown(int button, int shift, float x, float y) override;
   void MouseMove(int button, int shift, float x, float y) override;
