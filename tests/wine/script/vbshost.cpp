@@ -2,8 +2,8 @@
 //
 //   korvel_vbshost <script.vbs> [Name=ProgID ...]
 //
-// Each Name=ProgID creates the object and adds it to the script as the named item
-// Name; its events reach the script as `Sub Name_Event(arguments)`. The script also
+// Each Name=ProgID creates the object, initialises it as a new instance and adds it
+// to the script as the named item Name; its events reach the script as `Sub Name_Event(arguments)`. The script also
 // sees `Host` with `Host.Echo text` (prints a line) and `Host.Quit code`.
 //
 // The exit code is the script's Quit code, 0 when it ends without one, 2 after a
@@ -335,6 +335,16 @@ int wmain(int argc, wchar_t** argv) {
     if (FAILED(hr)) return Fail("CLSIDFromProgID", hr);
     hr = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, reinterpret_cast<void**>(&item.object));
     if (FAILED(hr)) return Fail("CoCreateInstance", hr);
+    // Placed as a running form places a new control: initialised as a new instance.
+    IPersistPropertyBag* ppb = nullptr;
+    IPersistStreamInit* psi = nullptr;
+    if (SUCCEEDED(item.object->QueryInterface(IID_IPersistPropertyBag, reinterpret_cast<void**>(&ppb)))) {
+      ppb->InitNew();
+      ppb->Release();
+    } else if (SUCCEEDED(item.object->QueryInterface(IID_IPersistStreamInit, reinterpret_cast<void**>(&psi)))) {
+      psi->InitNew();
+      psi->Release();
+    }
     g_items.push_back(item);
   }
   for (NamedItem& item : g_items) Connect(item);
