@@ -5,11 +5,11 @@ End Sub
 
 Bar.Value = 150
 Expect "bar Value 150", Bar.Value, 100
-Bar = -5
-Expect "bar Value -5 through the default member", Bar.Value, 0
+Bar.Value = -5
+Expect "bar Value -5, read through the default member", Bar, 0
 
-Divider = "Options"
-Expect "divider default member sets Caption", Divider.Caption, "Options"
+Divider.Default_ = "Options"
+Expect "the hidden default member sets Caption", Divider.Caption, "Options"
 Divider.Caption = ""
 Expect "divider Caption", Divider, ""
 

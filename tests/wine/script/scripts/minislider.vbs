@@ -18,19 +18,21 @@ Slider.Value = 15
 Expect "Value beyond Max", Slider.Value, 10
 Expect "events", log, "Change(10)"
 log = ""
-Slider = 10
-Expect "the default member is Value; same value again", log, "Change(10)"
+Slider.Value = 10
+Expect "setting the same value again", log, "Change(10)"
+Expect "the default member is Value", Slider, 10
 log = ""
 Slider.Min = 20
 Expect "Max follows Min", Slider.Max, 20
 Expect "Value follows Min", Slider.Value, 20
 Expect "no event when Min moves Max", log, ""
 
-' Created by the script itself, with no site: it behaves as at run time.
+' Created by the script itself, with no site: it behaves as at run time (a bar at
+' design time would stay at 100).
 Dim other
-Set other = CreateObject("KorvelUI99.KorvelMiniSlider")
+Set other = CreateObject("KorvelUI99.KorvelBar")
 other.Value = 30
-Expect "created by CreateObject", other.Value, 30
+Expect "a bar created by CreateObject is at run time", other.Value, 30
 
 ' A type that does not convert is a type mismatch (error 13).
 On Error Resume Next

@@ -1,12 +1,13 @@
-' KorvelToolbar from VBScript by name, at run time: the script host creates it
-' without a container, so nothing of its design-time side changes.
+' KorvelToolbar from VBScript by name, at run time: the script host places it as a
+' new instance (a new toolbar starts with the Internet Explorer border, 3) without a
+' container, so nothing of its design-time side changes.
 Sub Expect(ok, what)
   If Not ok Then Host.Echo "FAIL " & what
 End Sub
 
-Expect Toolbar.BorderStyle = 0, "BorderStyle of a toolbar never initialised is 0, got " & Toolbar.BorderStyle
+Expect Toolbar.BorderStyle = 3, "BorderStyle of a new toolbar is 3, got " & Toolbar.BorderStyle
 Toolbar.BorderStyle = 2
-Expect Toolbar.BorderStyle = 0, "BorderStyle = 2 at run time is ignored, got " & Toolbar.BorderStyle
+Expect Toolbar.BorderStyle = 3, "BorderStyle = 2 at run time is ignored, got " & Toolbar.BorderStyle
 Expect Toolbar.MaskColor = &HFF00FF, "MaskColor is light magenta, got " & Hex(Toolbar.MaskColor)
 Expect Toolbar.UseMaskColor = True, "UseMaskColor is True"
 Expect Toolbar.Picture Is Nothing, "no Picture"
