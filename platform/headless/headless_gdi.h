@@ -13,13 +13,14 @@
 #include <variant>
 
 #include "framework/platform.h"
+#include "framework/sys_colors.h"
 #include "platform/headless/raster.h"
 #include "platform/headless/text_renderer.h"
 
 namespace korvel::headless {
 
 // The classic system colour scheme.
-std::array<ColorRef, kSysColorCount> ClassicSysColors();
+using korvel::ClassicSysColors;
 
 class HeadlessGdi : public Gdi {
  public:
