@@ -23,7 +23,7 @@ Link.HoverColor = &HFF&
 Expect "link HoverColor", Link.HoverColor, 255
 
 Dim names, n
-For Each n In Array("KorvelUI99.KorvelLink", "KorvelUI99.KorvelDivider", "KorvelUI99.KorvelBar", "KorvelUI99.KorvelMiniSlider")
+For Each n In Array("KorvelUI99.KorvelToolbar", "KorvelUI99.KorvelLink", "KorvelUI99.KorvelDivider", "KorvelUI99.KorvelBar", "KorvelUI99.KorvelMiniSlider")
   Dim o
   Set o = CreateObject(n)
   If Not IsObject(o) Then Host.Echo "FAIL CreateObject " & n
