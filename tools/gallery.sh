@@ -17,6 +17,6 @@ build/release/tools/korvel_gallery "$out"
 
 if [ -x tools/wine-demo.sh ] && command -v wine >/dev/null 2>&1; then
   echo "== the demo under Wine"
-  tools/wine-demo.sh
+  tools/wine-demo.sh "$out"
 fi
 echo "Open $out/index.html to look at it."
