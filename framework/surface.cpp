@@ -1,5 +1,7 @@
 #include "framework/surface.h"
 
+#include <algorithm>
+
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -39,7 +41,27 @@ Surface::~Surface() {
 
 ColorRef Surface::Translate(OleColor c) { return TranslateSysColor(platform_, c); }
 
-void Surface::Move(int left, int top, int width, int height) { site_->Move(left, top, width, height); }
+void Surface::Move(int left, int top, int width, int height) {
+  const int old_width = site_->PixelWidth();
+  const int old_height = site_->PixelHeight();
+  site_->Move(left, top, width, height);
+  // A persistent image that grows shows its background colour in the new area, as
+  // the host's surfaces do, until the owner draws there.
+  const int new_width = site_->PixelWidth();
+  const int new_height = site_->PixelHeight();
+  if (new_width <= old_width && new_height <= old_height) return;
+  Gdi& gdi = platform_.gdi();
+  Handle brush = gdi.CreateSolidBrush(Translate(back_color_));
+  if (new_width > old_width) {
+    Rect right{old_width, 0, new_width, new_height};
+    gdi.FillRect(hDC(), &right, brush);
+  }
+  if (new_height > old_height) {
+    Rect bottom{0, old_height, std::min(old_width, new_width), new_height};
+    gdi.FillRect(hDC(), &bottom, brush);
+  }
+  gdi.DeleteObject(brush);
+}
 
 void Surface::SetToolTipText(const std::string& t) {
   tool_tip_text_ = t;

@@ -90,6 +90,26 @@ TEST(Surface, ClsFillsWithBackColourAndResetsThePosition) {
   for (ColorRef c : img.pixels) EXPECT_EQ(c, Rgb(255, 255, 255));
 }
 
+TEST(Surface, GrowingKeepsTheImageAndShowsTheBackColourInTheNewArea) {
+  HeadlessPlatform p;
+  Surface s(p, 0, 2, 2);
+  s.SetBackColor(0x8000000F);  // button face, 192 grey
+  s.PSet(1, 1, 0x000000FF);
+  s.Move(0, 0, 4, 3);
+  Image img = s.Snapshot();
+  ASSERT_EQ(img.width, 4);
+  ASSERT_EQ(img.height, 3);
+  const ColorRef face = Rgb(192, 192, 192), red = Rgb(255, 0, 0);
+  const std::vector<ColorRef> want = {face, face, face, face,  //
+                                      face, red,  face, face,  //
+                                      face, face, face, face};
+  EXPECT_EQ(img.pixels, want);
+  // Shrinking draws nothing.
+  s.PSet(0, 0, 0x0000FF00);
+  s.Move(0, 0, 1, 1);
+  EXPECT_EQ(s.Snapshot().pixels, (std::vector<ColorRef>{Rgb(0, 255, 0)}));
+}
+
 TEST(Surface, LineBoxIncludesBothCornersAndPlainLineNotTheLastPoint) {
   HeadlessPlatform p;
   Surface s(p, 0, 8, 6);
