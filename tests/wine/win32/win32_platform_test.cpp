@@ -113,14 +113,14 @@ void SurfaceDrawing(Win32Platform& p) {
   Check(snap.width == 40 && snap.height == 30 && snap.At(20, 21) == korvel::Rgb(10, 20, 30),
         "Snapshot reads the surface's image");
 
-  // Growing keeps the top-left content; the new area is white.
+  // Growing keeps the top-left content; the new area shows the back colour.
   s.PSet(39, 29, korvel::Rgb(1, 2, 3));
   s.Move(0, 0, 50, 35);
   dc = DcOf(s.hDC());
   Check(s.Width() == 50 && s.Height() == 35, "Move grows the surface to 50 x 35");
   CheckColor(GetPixel(dc, 39, 29), RGB(1, 2, 3), "growing keeps the old pixel (39, 29)");
   CheckColor(GetPixel(dc, 0, 0), RGB(10, 20, 30), "growing keeps the old pixel (0, 0)");
-  CheckColor(GetPixel(dc, 45, 32), RGB(255, 255, 255), "the new area is white");
+  CheckColor(GetPixel(dc, 45, 32), RGB(10, 20, 30), "the new area shows the back colour");
   s.Move(0, 0, 20, 10);
   CheckColor(GetPixel(DcOf(s.hDC()), 19, 9), RGB(10, 20, 30), "shrinking keeps the top-left content");
 }
