@@ -84,14 +84,14 @@ Image ToolbarStrip() {
   return img;
 }
 
-struct Spec {
+struct ButtonDef {
   std::string key, tip;
   std::int32_t style = ktButton;
   bool enabled = true, value = false;
   std::int16_t width = 1;
 };
 
-std::vector<Spec> StandardButtons() {
+std::vector<ButtonDef> StandardButtons() {
   return {{"New", "New document"},
           {"Open", "Open a document"},
           {"Save", "Save"},
@@ -114,7 +114,7 @@ struct Scene {
   HeadlessHost host;
   KorvelToolbar tb;
 
-  void Build(std::int32_t border, const std::vector<Spec>& items, bool design = false, int width = 300,
+  void Build(std::int32_t border, const std::vector<ButtonDef>& items, bool design = false, int width = 300,
              bool picture = true, bool use_mask = true) {
     host.user_mode = false;
     host.PlaceNew(tb, width, 10);
@@ -228,7 +228,7 @@ void RenderToolbar(HeadlessPlatform& p, Gallery& g) {
   }
   {
     Scene s(p);
-    std::vector<Spec> items = StandardButtons();
+    std::vector<ButtonDef> items = StandardButtons();
     for (auto& it : items) it.enabled = false;
     items[8].value = true;
     s.Build(ktInternetExplorer, items);

@@ -9,6 +9,7 @@ namespace axtest {
 class Extender : public IDispatch {
  public:
   std::vector<std::string> puts;
+  std::wstring name = L"Slider1";
   VARIANT_BOOL visible = VARIANT_TRUE, enabled = VARIANT_TRUE;
   long align = 0;
   STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
@@ -48,7 +49,7 @@ class Extender : public IDispatch {
     if (!result) return E_POINTER;
     VariantInit(result);
     switch (id) {
-      case 1: V_VT(result) = VT_BSTR; V_BSTR(result) = SysAllocString(L"Slider1"); return S_OK;
+      case 1: V_VT(result) = VT_BSTR; V_BSTR(result) = SysAllocString(name.c_str()); return S_OK;
       case 2: V_VT(result) = VT_BOOL; V_BOOL(result) = visible; return S_OK;
       case 3: V_VT(result) = VT_I4; V_I4(result) = align; return S_OK;
       case 4: V_VT(result) = VT_BOOL; V_BOOL(result) = enabled; return S_OK;

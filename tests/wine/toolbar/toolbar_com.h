@@ -3,7 +3,7 @@
 // extender), placing the toolbar, Customize by name with by-reference arrays, and
 // real pointer input.
 #pragma once
-#include "../activex/ax_test.h"
+#include "../activex/ax_site.h"
 
 namespace tbtest {
 
@@ -75,112 +75,14 @@ inline IPictureDisp* MakeStrip() {
 
 // ---- a container of our own ----
 
-class Extender : public IDispatch {
+// The bench's client site, placed as a toolbar is: across a 200-pixel form, named
+// Toolbar1, aligned to the top.
+class ToolbarSite : public Site {
  public:
-  STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IDispatch)) {
-      *out = static_cast<IDispatch*>(this);
-      return S_OK;
-    }
-    *out = nullptr;
-    return E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
-    static const wchar_t* kNames[] = {L"Name", L"Visible", L"Align", L"Enabled"};
-    for (int i = 0; i < 4; ++i)
-      if (_wcsicmp(names[0], kNames[i]) == 0) {
-        *id = i + 1;
-        return S_OK;
-      }
-    *id = DISPID_UNKNOWN;
-    return DISP_E_UNKNOWNNAME;
-  }
-  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
-    if (flags & DISPATCH_PROPERTYPUT) return S_OK;
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    switch (id) {
-      case 1: V_VT(result) = VT_BSTR; V_BSTR(result) = SysAllocString(L"Toolbar1"); return S_OK;
-      case 2: V_VT(result) = VT_BOOL; V_BOOL(result) = VARIANT_TRUE; return S_OK;
-      case 3: V_VT(result) = VT_I4; V_I4(result) = 1; return S_OK;
-      case 4: V_VT(result) = VT_BOOL; V_BOOL(result) = VARIANT_TRUE; return S_OK;
-      default: return DISP_E_MEMBERNOTFOUND;
-    }
-  }
-};
-
-class Site : public IOleClientSite, public IOleInPlaceSite, public IOleControlSite, public IDispatch {
- public:
-  HWND window = nullptr;
-  RECT pos{10, 10, 210, 38};
-  bool user_mode = true;
-  Extender extender;
-  std::vector<RECT> pos_changes;
-
-  STDMETHODIMP QueryInterface(REFIID riid, void** out) override {
-    if (IsEqualIID(riid, IID_IUnknown) || IsEqualIID(riid, IID_IOleClientSite)) *out = static_cast<IOleClientSite*>(this);
-    else if (IsEqualIID(riid, IID_IOleWindow) || IsEqualIID(riid, IID_IOleInPlaceSite)) *out = static_cast<IOleInPlaceSite*>(this);
-    else if (IsEqualIID(riid, IID_IOleControlSite)) *out = static_cast<IOleControlSite*>(this);
-    else if (IsEqualIID(riid, IID_IDispatch)) *out = static_cast<IDispatch*>(this);
-    else {
-      *out = nullptr;
-      return E_NOINTERFACE;
-    }
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
-  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** m) override { *m = nullptr; return E_NOTIMPL; }
-  STDMETHODIMP GetContainer(IOleContainer** c) override { *c = nullptr; return E_NOINTERFACE; }
-  STDMETHODIMP ShowObject() override { return S_OK; }
-  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
-  STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
-  STDMETHODIMP GetWindow(HWND* w) override { *w = window; return S_OK; }
-  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
-  STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
-  STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
-  STDMETHODIMP OnUIActivate() override { return S_OK; }
-  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** f, IOleInPlaceUIWindow** d, LPRECT p, LPRECT c,
-                                LPOLEINPLACEFRAMEINFO) override {
-    *f = nullptr;
-    *d = nullptr;
-    *p = pos;
-    *c = pos;
-    return S_OK;
-  }
-  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
-  STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
-  STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
-  STDMETHODIMP DiscardUndoState() override { return S_OK; }
-  STDMETHODIMP DeactivateAndUndo() override { return S_OK; }
-  STDMETHODIMP OnPosRectChange(LPCRECT r) override {
-    pos_changes.push_back(*r);
-    return S_OK;
-  }
-  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
-  STDMETHODIMP LockInPlaceActive(BOOL) override { return S_OK; }
-  STDMETHODIMP GetExtendedControl(IDispatch** d) override { *d = &extender; return S_OK; }
-  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
-  STDMETHODIMP TranslateAccelerator(MSG*, DWORD) override { return S_FALSE; }
-  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
-  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfoCount(UINT* n) override { *n = 0; return S_OK; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* r, EXCEPINFO*, UINT*) override {
-    if (!r) return E_POINTER;
-    VariantInit(r);
-    if (id == DISPID_AMBIENT_USERMODE) {
-      V_VT(r) = VT_BOOL;
-      V_BOOL(r) = user_mode ? VARIANT_TRUE : VARIANT_FALSE;
-      return S_OK;
-    }
-    return DISP_E_MEMBERNOTFOUND;
+  ToolbarSite() {
+    pos = {10, 10, 210, 38};
+    extender.name = L"Toolbar1";
+    extender.align = 1;
   }
 };
 
@@ -210,7 +112,7 @@ inline HWND MakeWindow() {
 }
 
 // Creates the toolbar on site (the site first) and runs InitNew (bag null) or Load.
-inline IDispatch* Place(Site& site, IOleObject** ole, IPropertyBag* bag = nullptr) {
+inline IDispatch* Place(ToolbarSite& site, IOleObject** ole, IPropertyBag* bag = nullptr) {
   IDispatch* d = Create(L"KorvelUI99.KorvelToolbar");
   *ole = nullptr;
   if (!d) return nullptr;
@@ -312,7 +214,7 @@ inline HRESULT CustomizeItems(IDispatch* d) {
 
 // The test toolbar built on a design-time site (the strip, kItems) and saved into bag.
 inline bool SaveDesigned(IPictureDisp* strip, Bag& bag) {
-  Site design;
+  ToolbarSite design;
   design.user_mode = false;
   IOleObject* ole = nullptr;
   IDispatch* d = Place(design, &ole);

@@ -148,7 +148,7 @@ void Run(const std::wstring& server) {
         "ProgID KorvelUI99.KorvelToolbar names {BE516F7A-863D-11D2-BF9B-8AF16ECF9476}");
 
   // ---- design time: the strip, the border and the buttons ----
-  Site design;
+  ToolbarSite design;
   design.user_mode = false;
   IOleObject* ole = nullptr;
   IDispatch* d = Place(design, &ole);
@@ -305,7 +305,7 @@ void Run(const std::wstring& server) {
   Unplace(d, ole);
 
   // ---- run time: loaded into a container and activated in place ----
-  Site site;
+  ToolbarSite site;
   site.window = MakeWindow();
   d = Place(site, &ole, &saved);
   if (!d || !ole) return;

@@ -61,7 +61,7 @@ int main() {
   Bag saved;
   Check(strip && SaveDesigned(strip, saved), "the toolbar built at design time and saved into a bag");
 
-  Site site;
+  ToolbarSite site;
   site.window = MakeWindow();
   IOleObject* ole = nullptr;
   IDispatch* toolbar = Place(site, &ole, &saved);
