@@ -284,6 +284,12 @@ class SurfaceSite {
   virtual bool Visible() = 0;
   // Shows the persistent image in the window now.
   virtual void Refresh() = 0;
+  // Gives the surface a window of its own now, if it has none yet, and returns it. A
+  // control that owns child windows (a text box, a scroll bar, a status window)
+  // needs one before its container shows it: until the container gives a parent,
+  // the window waits hidden, and it keeps its children when the container takes
+  // its parent away again.
+  virtual Hwnd RealizeWindow() { return Window(); }
   virtual void SetToolTipText(const std::string& text) = 0;
   virtual void SetMousePointer(int pointer) = 0;
 };

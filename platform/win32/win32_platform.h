@@ -84,6 +84,10 @@ class Win32SurfaceSite : public SurfaceSite {
   void Refresh() override;
   void SetToolTipText(const std::string& text) override;
   void SetMousePointer(int pointer) override;
+  // A window made before the container gives a parent lives under a hidden parking
+  // window of the thread (one per thread, gone with the thread's last such surface).
+  // From then on SetParentWindow(0) parks the window instead of destroying it.
+  Hwnd RealizeWindow() override;
 
   // Messages of the surface's window reach this first: mouse (WM_MOUSEFIRST to
   // WM_MOUSELAST: moves, buttons, double clicks, wheels), keys (WM_KEYFIRST to
@@ -96,7 +100,8 @@ class Win32SurfaceSite : public SurfaceSite {
   std::function<bool(unsigned msg, std::uintptr_t wparam, std::intptr_t lparam)> on_message;
 
   // Gives the surface a child window of parent (creating it, or re-parenting the
-  // existing one); parent 0 destroys the window and keeps the image.
+  // existing one); parent 0 destroys the window and keeps the image (or parks it,
+  // once RealizeWindow has been called).
   void SetParentWindow(Hwnd parent);
   // Copies the image, stretched to the rectangle, into another device context
   // (a container's IViewObject::Draw).

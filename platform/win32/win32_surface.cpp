@@ -16,6 +16,15 @@ namespace korvel::win32 {
 namespace {
 
 const wchar_t kClassName[] = L"KorvelSurface";
+const wchar_t kParkingClassName[] = L"KorvelParking";
+
+// The hidden window that holds the thread's realized surface windows while no
+// container gives them a parent, and how many surfaces use it.
+struct Parking {
+  HWND wnd = nullptr;
+  int users = 0;
+};
+thread_local Parking parking;
 
 // A predefined resource's number (IDC_*) in the wide calls' form.
 LPCWSTR Res(LPSTR id) { return reinterpret_cast<LPCWSTR>(id); }
@@ -43,6 +52,24 @@ void EnsureWindowClass(HINSTANCE module, WNDPROC proc) {
   wc.lpszClassName = kClassName;
   // Another thread may have registered it in between: that is as good.
   ::RegisterClassExW(&wc);
+}
+
+HWND ParkingWindow(HINSTANCE module) {
+  if (parking.wnd && ::IsWindow(parking.wnd)) return parking.wnd;
+  WNDCLASSEXW wc{};
+  wc.cbSize = sizeof wc;
+  if (!::GetClassInfoExW(module, kParkingClassName, &wc)) {
+    wc = WNDCLASSEXW{};
+    wc.cbSize = sizeof wc;
+    wc.lpfnWndProc = ::DefWindowProcW;
+    wc.hInstance = module;
+    wc.lpszClassName = kParkingClassName;
+    ::RegisterClassExW(&wc);
+  }
+  // Never shown: WS_POPUP without WS_VISIBLE, so nothing under it is on screen.
+  parking.wnd = ::CreateWindowExW(WS_EX_TOOLWINDOW, kParkingClassName, L"", WS_POPUP | WS_CLIPCHILDREN, 0, 0, 0, 0,
+                                  nullptr, nullptr, module, nullptr);
+  return parking.wnd;
 }
 
 // A 32-bit top-down DIB section filled white.
@@ -118,6 +145,7 @@ struct Win32SurfaceSite::Impl {
   int left = 0, top = 0, width = 0, height = 0;
   bool visible = true;
   bool tracking_leave = false;
+  bool realized = false;  // RealizeWindow was called: parent 0 parks the window
   std::wstring tip_text;
   int pointer = 0;
 
@@ -227,6 +255,10 @@ Win32SurfaceSite::Win32SurfaceSite(korvel::Handle module, Hwnd parent, int width
 Win32SurfaceSite::~Win32SurfaceSite() {
   on_message = nullptr;  // the owner is going away: nothing more reaches it
   if (impl_->wnd) ::DestroyWindow(impl_->wnd);
+  if (impl_->realized && --parking.users == 0 && parking.wnd) {
+    ::DestroyWindow(parking.wnd);
+    parking.wnd = nullptr;
+  }
   ::SelectObject(impl_->dc, impl_->original);
   ::DeleteDC(impl_->dc);
   ::DeleteObject(impl_->image);
@@ -294,7 +326,21 @@ void Win32SurfaceSite::SetToolTipText(const std::string& text) {
 
 void Win32SurfaceSite::SetMousePointer(int pointer) { impl_->pointer = pointer; }
 
+Hwnd Win32SurfaceSite::RealizeWindow() {
+  if (!impl_->realized) {
+    impl_->realized = true;
+    ++parking.users;
+  }
+  if (!impl_->wnd) SetParentWindow(reinterpret_cast<Hwnd>(ParkingWindow(impl_->module)));
+  return Window();
+}
+
 void Win32SurfaceSite::SetParentWindow(Hwnd parent) {
+  if (!parent && impl_->realized && impl_->wnd) {
+    // The window keeps its children (and their state) for the next container.
+    ::SetParent(impl_->wnd, ParkingWindow(impl_->module));
+    return;
+  }
   if (!parent) {
     if (impl_->wnd) ::DestroyWindow(impl_->wnd);  // WM_NCDESTROY forgets it
     impl_->wnd = nullptr;
@@ -321,7 +367,9 @@ void Win32SurfaceSite::DrawTo(Hdc dc, int x, int y, int cx, int cy) {
 }
 
 void Win32SurfaceSite::ReleaseWindowClass(korvel::Handle module) {
-  ::UnregisterClassW(kClassName, module ? reinterpret_cast<HINSTANCE>(module) : ModuleOfThisCode());
+  HINSTANCE m = module ? reinterpret_cast<HINSTANCE>(module) : ModuleOfThisCode();
+  ::UnregisterClassW(kClassName, m);
+  ::UnregisterClassW(kParkingClassName, m);
 }
 
 Hwnd Win32SurfaceSite::ToolTipWindow() { return reinterpret_cast<Hwnd>(impl_->tip); }

@@ -4,6 +4,7 @@
 // painting, destruction), tool tips and mouse pointers, twips per pixel.
 // Prints "N passed, N failed".
 #include <cstdio>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -469,6 +470,45 @@ void SurfaceWindow(Win32Platform& p) {
   Check(site.Window() == 0 && !IsWindow(child), "a destroyed parent leaves the surface without a window");
 }
 
+// A realized surface keeps its window, and the child windows in it, while no
+// container gives it a parent.
+void ParkedWindow(Win32Platform& p) {
+  auto s = std::make_unique<korvel::Surface>(p, 0, 30, 20);
+  auto& site = dynamic_cast<Win32SurfaceSite&>(s->site());
+  Check(site.Window() == 0, "a surface has no window before it is realized");
+  HWND wnd = WndOf(site.RealizeWindow());
+  Check(wnd != nullptr && WndOf(site.Window()) == wnd, "RealizeWindow makes the surface's window");
+  HWND parking = GetParent(wnd);
+  Check(parking != nullptr && ClassOf(parking) == L"KorvelParking", "it waits under the parking window");
+  Check(!IsWindowVisible(parking) && !IsWindowVisible(wnd), "nothing of it is on screen");
+  Check(WndOf(site.RealizeWindow()) == wnd, "a second RealizeWindow keeps the same window");
+  HWND edit = CreateWindowExW(0, L"EDIT", L"kept", WS_CHILD | WS_VISIBLE, 1, 1, 20, 14, wnd, nullptr, nullptr, nullptr);
+  Check(edit != nullptr, "a child window in the realized surface");
+
+  HWND frame = NewFrame(120, 90);
+  site.SetParentWindow(FromWnd(frame));
+  Check(WndOf(site.Window()) == wnd && GetParent(wnd) == frame, "a container's parent takes the same window");
+  Check(IsWindowVisible(wnd) && IsWindowVisible(edit), "the window and its child show in the frame");
+  site.SetParentWindow(0);
+  Check(WndOf(site.Window()) == wnd && GetParent(wnd) == parking, "parent 0 parks the window instead of destroying it");
+  wchar_t text[16] = {};
+  GetWindowTextW(edit, text, 16);
+  Check(IsWindow(edit) && std::wstring(text) == L"kept", "the child window and its text survive");
+  Check(!IsWindowVisible(wnd), "the parked window is off screen again");
+  DestroyWindow(frame);
+  Check(IsWindow(wnd), "destroying the old container leaves the parked window alone");
+
+  {
+    korvel::Surface other(p, 0, 10, 10);
+    auto& other_site = dynamic_cast<Win32SurfaceSite&>(other.site());
+    Check(GetParent(WndOf(other_site.RealizeWindow())) == parking, "the thread's surfaces share one parking window");
+  }
+  Check(IsWindow(parking), "the parking window stays while a realized surface lives");
+  s.reset();
+  Check(!IsWindow(wnd) && !IsWindow(edit), "the surface's window goes with the surface");
+  Check(!IsWindow(parking), "the parking window goes with the thread's last realized surface");
+}
+
 // ---- services ----
 
 // A dialog hook that confirms the dialog as soon as it opens.
@@ -541,6 +581,7 @@ int main() {
   Edges(p);
   Text(p);
   SurfaceWindow(p);
+  ParkedWindow(p);
   Services(p);
   std::printf("%d passed, %d failed\n", passed, failed);
   return failed == 0 ? 0 : 1;
